@@ -1,0 +1,90 @@
+// The state of one run: flags, sites and per-site tables shared by the steps of a run,
+// and the output units.  A run owns one Run_State; nothing of it survives the run.
+#pragma once
+
+#include <array>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "support/numeric.hpp"
+#include "lorsk/store.hpp"
+#include "symmetry/records.hpp"
+
+namespace velmoria {
+
+// Limits of a run.
+constexpr int max_sites = 250;            // sites of a run
+constexpr int max_site_atoms = 48;        // atoms of one site
+constexpr int max_little_group_ops = 48;  // operators of the little group
+constexpr int max_irreps = 48;            // irreducible representations
+constexpr int max_orbit_points = 192;     // points of one orbit in the site split
+constexpr int max_split_notes = 10;       // notes on split sites
+constexpr std::size_t max_line_width = 2530;  // characters of a control-file line
+
+// One site: its atoms, as expanded from an ATOM line or listed by a SUBL line.
+struct Site {
+  int mult = 0;                     // number of atoms
+  std::vector<Vec3> x;              // fractional coordinates of each atom
+  std::vector<std::string> atom;    // label: site code, "_" and the atom number (8)
+  std::vector<std::string> symstr;  // operator in brackets that makes the atom, plus shift (60)
+  std::vector<std::string> symms;   // the same operator packed, shift worked in (60)
+  void resize(int n) {
+    x.resize(n);
+    atom.resize(n, std::string(8, ' '));
+    symstr.resize(n, std::string(60, ' '));
+    symms.resize(n, std::string(60, ' '));
+  }
+};
+
+// Flags, texts and sites of the run.
+struct symmetry_var {
+  bool long_output = true;
+  bool kvec_read = false;
+  bool spgr_read = false;
+  bool gen_read = false;
+  bool vmode_read = false;
+  bool atom_read = false;
+  bool too_many = false;
+  bool bz = false;
+  int ipol = 1;  // 1 polar vectors (displacements), 0 axial vectors (moments)
+  int nsites = 0;
+  std::string path_name;  // value of TARNWELD (512)
+  std::string title;      // 132
+  std::string list_gen;   // 120
+  std::string spaceg;     // 20
+  Vec3 vk{};
+  std::vector<Site> sites;  // at most max_sites
+  std::vector<std::string> symm_symb;  // text of each operator of the little group (30)
+  std::vector<int> idet;
+};
+
+// Group of the vector, lattice letter and constant tables of the analysis.
+struct mod_velmoria {
+  char lat_type = ' ';
+};
+
+constexpr std::array<float, 11> frac = {1.0f / 2, 1.0f / 3, 2.0f / 3, 1.0f / 4, 3.0f / 4, 1.0f / 6,
+                                        5.0f / 6, 1.0f / 8, 3.0f / 8, 5.0f / 8, 7.0f / 8};
+constexpr std::array<const char*, 11> frs = {"1/2", "1/3", "2/3", "1/4", "3/4", "1/6",
+                                             "5/6", "1/8", "3/8", "5/8", "7/8"};
+constexpr std::array<char, 11> trs = {'p', 'q', 'r', 's', 't', 'u', 'v', 'w', 'x', 'y', 'z'};
+
+// The output units of a run.
+struct Units {
+  std::string console;  // console out
+  std::string result;   // unit 2, <code>.vmr
+  std::string block;    // unit 4, <code>.tw
+};
+
+struct Run_State {
+  symmetry_var sv;
+  mod_velmoria mv;
+  lorsk_proc store;
+  Units out;
+};
+
+// The run's quiet stop: the message is already written; the run ends at once.
+struct Quiet_Stop {};
+
+}  // namespace velmoria

@@ -1,0 +1,109 @@
+// Fractions: translations written as small fractions, and fraction text read back.
+#include "support/fractions.hpp"
+
+#include <algorithm>
+#include <cmath>
+
+#include "support/layout.hpp"
+#include "support/list_read.hpp"
+#include "support/text.hpp"
+
+namespace velmoria {
+
+namespace {
+
+std::string without_blanks(std::string_view s) {
+  std::string r;
+  std::copy_if(s.begin(), s.end(), std::back_inserter(r), [](char c) { return c != ' '; });
+  return r;
+}
+
+struct Fraction {
+  int num = 0;
+  int den = 0;
+};
+
+// The first num/den (numerators in the outer loop) that lies within epss of a; num 0
+// when there is none.  The outer numerator loop writes 1/2 for 0.5, never 2/4.
+Fraction find_fraction(float a, int max_num, int max_den) {
+  for (int num = 1; num <= max_num; ++num) {
+    for (int den = 2; den <= max_den; ++den) {
+      if (negligibler(static_cast<float>(num) / static_cast<float>(den) - a)) return {num, den};
+    }
+  }
+  return {};
+}
+
+// One component of a translation in at most 8 columns, before the blanks are removed.
+std::string translation_component(float v) {
+  std::string f;
+  if (zbelongn(v)) {
+    const int n = nint(v);
+    f = without_blanks(v <= 0.0F ? sput("i3", n) : sput("a,i2", "+", n));
+  } else if (const Fraction q = find_fraction(std::abs(v), 9, 9); q.num != 0) {
+    f = sput("2(a,i1)", v > 0.0F ? "+" : "-", q.num, "/", q.den);
+  } else {
+    f = without_blanks(v < 0.0F ? sput("f8.4", v) : sput("a,f7.3", "+", v));
+  }
+  if (const std::size_t plus = f.find('+'); plus != std::string::npos) f[plus] = ' ';
+  return fixed(f, 8);
+}
+
+// "i1" for a one-digit number, "i2" for two digits: each number in as many columns as it has.
+std::string digits_field(int n) {
+  return n < 10 ? "i1" : "i2";
+}
+
+}  // namespace
+
+std::string frac_trans_1dig(const Vec3& v) {
+  std::string text = "(        ,        ,        )";
+  for (std::size_t i = 0; i < 3; ++i) {
+    text.replace(1 + 9 * i, 8, translation_component(v[i]));
+  }
+  return without_blanks(text);
+}
+
+std::string get_fraction_2dig(float v) {
+  if (zbelongn(v)) {
+    const int n = nint(v);
+    return without_blanks(v <= 0.0F ? sput("i4", n) : sput("a,i3", "+", n));
+  }
+  if (const Fraction q = find_fraction(std::abs(v), 24, 24); q.num != 0) {
+    const std::string layout = "a," + digits_field(q.num) + ",a," + digits_field(q.den);
+    return sput(layout, v > 0.0F ? "+" : "-", q.num, "/", q.den);
+  }
+  return without_blanks(v <= 0.0F ? sput("f10.4", v) : sput("a,f9.4", "+", v));
+}
+
+namespace {
+
+// One real read from text; on failure err_string is set with the text that failed.
+bool read_real(std::string_view text, float& value) {
+  if (read_list(text, value)) return true;
+  err_string = true;
+  err_string_mess = " The provided symbol is illegal: " + trim(text);
+  return false;
+}
+
+}  // namespace
+
+float read_fract(std::string_view str) {
+  const std::string term = trim(adjustl(str));
+  if (term.empty() || term == "+") return 1.0F;
+  if (term == "-") return -1.0F;
+
+  const std::size_t p = str.find('/');
+  float value = 0.0F;
+  if (p == std::string_view::npos) {
+    if (!read_real(str, value)) return 0.0F;
+    return value;
+  }
+  float numerator = 0.0F;
+  float denominator = 0.0F;
+  if (!read_real(str.substr(0, p), numerator)) return 0.0F;
+  if (!read_real(str.substr(p + 1), denominator)) return 0.0F;
+  return numerator / denominator;  // a zero denominator gives an infinite value, untested
+}
+
+}  // namespace velmoria

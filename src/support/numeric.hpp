@@ -1,0 +1,56 @@
+// Tolerances, integer tests, lattice reduction, determinants and traces.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace velmoria {
+
+using Vec3 = std::array<float, 3>;
+using Mat3i = std::array<std::array<int, 3>, 3>;  // m[row][column]
+using Mat3r = std::array<std::array<float, 3>, 3>;
+
+// Tolerance of every single-precision test; 1.0e-5 by default.  Global to the thread.
+extern thread_local float epss;
+// Tolerance of the double-precision variants; 1.0e-12.
+extern thread_local double ep_ss;
+extern thread_local bool err_mathgen;
+extern thread_local std::string err_mathgen_mess;
+
+void set_epsg_sp(float x);
+void set_epsg_dp(double x);
+void set_epsg_default();
+float epss_val();
+double ep_ss_val();
+void init_err_mathgen();
+
+// Nearest integer, halves away from zero.
+int nint(float x);
+int nint(double x);
+
+bool negligibler(float x);
+bool zbelongn(float x);
+bool zbelongv(std::span<const float> v);
+bool zbelongn_dp(double x);
+bool zbelongv_dp(std::span<const double> v);
+
+// Each component brought into [0,1) as w - trunc(w) with w = u + 10.
+Vec3 modulo_lat(const Vec3& u);
+std::vector<float> modulo_lat(std::span<const float> u);
+
+bool equal_matrix_i(const Mat3i& a, const Mat3i& b, int n);
+bool equal_vector_i(std::span<const int> a, std::span<const int> b, int n);
+
+int determ_a_i(const Mat3i& a);
+float determ_a_r(const Mat3r& a);
+
+int trace_i(const Mat3i& a);
+float trace_r(const Mat3r& a);
+// Rectangular matrices, held row by row: the sum of a(i,i) up to min(rows, columns).
+int trace_i(std::span<const int> a, int rows, int cols);
+float trace_r(std::span<const float> a, int rows, int cols);
+
+}  // namespace velmoria

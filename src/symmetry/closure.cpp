@@ -1,0 +1,808 @@
+// Closure of a space group from its generators in integer twelfths of a cell edge, the
+// analysis of a complete list of operators, and the lattice tables of a lattice letter.
+#include "symmetry/closure.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <cstdlib>
+#include <span>
+
+#include "support/layout.hpp"
+#include "support/text.hpp"
+#include "symmetry/group_class.hpp"
+#include "symmetry/records.hpp"
+#include "symmetry/tables.hpp"
+
+namespace velmoria {
+
+namespace {
+
+using Vec3i = std::array<int, 3>;
+
+constexpr std::string_view red = "PABCIRFZ";  // lattice letters, index ibravl
+constexpr float centring_tolerance = 0.0006f;
+constexpr float centring_upper = 0.9994f;
+constexpr int max_centring_vectors = max_lattice_points - 1;  // the origin takes column 1
+
+// Standard centring vectors in twelfths: A, B, C, I and the two of R.
+constexpr std::array<Vec3i, 6> lattice_twelfths = {Vec3i{0, 6, 6}, Vec3i{6, 0, 6}, Vec3i{6, 6, 0},
+                                                   Vec3i{6, 6, 6}, Vec3i{8, 4, 4}, Vec3i{4, 8, 8}};
+
+constexpr Mat3i zero_matrix{};
+constexpr Mat3i identity_matrix{{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
+constexpr Mat3i inversion_matrix{{{-1, 0, 0}, {0, -1, 0}, {0, 0, -1}}};
+
+// Positive remainder of a division by 12 (modulo(x + 48, 12) for any x).
+int mod12(std::int64_t x) {
+  auto m = static_cast<int>(x % 12);
+  return m < 0 ? m + 12 : m;
+}
+
+Vec3i twelfths(const Vec3& t) {
+  return {nint(12.0f * t[0]), nint(12.0f * t[1]), nint(12.0f * t[2])};
+}
+
+bool is_zero(const Vec3i& v) {
+  return v[0] == 0 && v[1] == 0 && v[2] == 0;
+}
+
+// Every component of t - u (sign -1) or t + u (sign +1) a multiple of 12.
+bool multiple_of_cell(const Vec3i& t, const Vec3i& u, int sign) {
+  for (int k = 0; k < 3; ++k) {
+    const std::int64_t s = static_cast<std::int64_t>(t[k]) + sign * static_cast<std::int64_t>(u[k]);
+    if (s % 12 != 0) return false;
+  }
+  return true;
+}
+
+Vec3 sum_in_twelfths(const Vec3i& t, const Vec3i& u) {
+  Vec3 v{};
+  for (int k = 0; k < 3; ++k) {
+    v[k] = static_cast<float>(mod12(static_cast<std::int64_t>(t[k]) + u[k])) / 12.0f;
+  }
+  return v;
+}
+
+Mat3i negated(const Mat3i& m) {
+  Mat3i r{};
+  for (int i = 0; i < 3; ++i) {
+    for (int j = 0; j < 3; ++j) r[i][j] = -m[i][j];
+  }
+  return r;
+}
+
+Op12 identity_op() {
+  Op12 m{};
+  for (int i = 0; i < 4; ++i) m[i][i] = 1;
+  return m;
+}
+
+Op12 make_op(const Mat3i& rot, const Vec3i& t) {
+  Op12 m = identity_op();
+  for (int i = 0; i < 3; ++i) {
+    for (int j = 0; j < 3; ++j) m[i][j] = rot[i][j];
+    m[i][3] = mod12(t[i]);
+  }
+  return m;
+}
+
+// Product of two operators.  The arithmetic wraps instead of overflowing, so that matrices
+// that are no rotations cannot make the closure misbehave; they only fill the table.
+Op12 multiply(const Op12& a, const Op12& b) {
+  Op12 c{};
+  for (int i = 0; i < 4; ++i) {
+    for (int j = 0; j < 4; ++j) {
+      std::uint32_t s = 0;
+      for (int k = 0; k < 4; ++k) {
+        s += static_cast<std::uint32_t>(a[i][k]) * static_cast<std::uint32_t>(b[k][j]);
+      }
+      c[i][j] = static_cast<int>(s);
+    }
+  }
+  for (int i = 0; i < 3; ++i) c[i][3] = mod12(c[i][3]);
+  return c;
+}
+
+Vec3i translation(const Op12& m) {
+  return {m[0][3], m[1][3], m[2][3]};
+}
+
+void set_translation(Op12& m, const Vec3i& t) {
+  for (int i = 0; i < 3; ++i) m[i][3] = t[i];
+}
+
+bool same_rotation(const Op12& a, const Op12& b) {
+  for (int i = 0; i < 3; ++i) {
+    for (int j = 0; j < 3; ++j) {
+      if (a[i][j] != b[i][j]) return false;
+    }
+  }
+  return true;
+}
+
+Mat3i rotation_of(const Op12& m) {
+  Mat3i r{};
+  for (int i = 0; i < 3; ++i) {
+    for (int j = 0; j < 3; ++j) r[i][j] = m[i][j];
+  }
+  return r;
+}
+
+// Reduction of the components i and j modulo 6 when both are at least 6; true when it applied.
+bool reduce_pair(Vec3i& t, int i, int j) {
+  if (t[i] < 6 || t[j] < 6) return false;
+  t[i] %= 6;
+  t[j] %= 6;
+  return true;
+}
+
+void reduce_r(Vec3i& t) {
+  if (t[0] < 8 && t[0] >= 4 && t[1] >= 8 && t[2] >= 8) {
+    t[0] %= 4;
+    t[1] %= 8;
+    t[2] %= 8;
+  } else if (t[0] >= 8 && t[1] >= 4 && t[2] >= 4) {
+    t[0] %= 8;
+    t[1] %= 4;
+    t[2] %= 4;
+  }
+}
+
+void reduce_f(Vec3i& t) {
+  if (t[1] < 6 && t[0] >= 6 && t[2] >= 6) {
+    t[0] %= 6;
+    t[2] %= 6;
+  } else if (t[1] >= 6 && t[2] < 6 && t[0] >= 6) {
+    t[0] %= 6;
+    t[1] %= 6;
+  } else if (t[1] >= 6 && t[2] >= 6) {
+    t[1] %= 6;
+    t[2] %= 6;
+  }
+}
+
+// A column of lat_trans serves only when it is positive (a vector of at least 1/24 somewhere).
+bool reaches(const Vec3i& t, const std::array<int, 3>& c) {
+  return c[0] > 0 && t[0] >= c[0] && t[1] >= c[1] && t[2] >= c[2];
+}
+
+void reduce_by(Vec3i& t, const std::array<int, 3>& c) {
+  for (int k = 0; k < 3; ++k) t[k] %= c[k];
+}
+
+// Plain reduction of a translation by the lattice.
+void reduce_plain(Vec3i& t, const Closure_Lattice& lat) {
+  switch (lat.ibravl) {
+    case 2:
+      reduce_pair(t, 1, 2);
+      break;
+    case 3:
+      reduce_pair(t, 0, 2);
+      break;
+    case 4:
+      reduce_pair(t, 0, 1);
+      break;
+    case 5:
+      if (t[0] >= 6 && t[1] >= 6 && t[2] >= 6) {
+        for (int& x : t) x %= 6;
+      }
+      break;
+    case 6:
+      reduce_r(t);
+      break;
+    case 7:
+      reduce_f(t);
+      break;
+    case 8: {
+      const Vec3i before = t;
+      for (const auto& c : lat.lat_trans) {
+        if (reaches(before, c)) reduce_by(t, c);
+      }
+      break;
+    }
+    default:
+      break;
+  }
+}
+
+// Skipping reduction of the translation of a power: true when the power is to be skipped.
+bool reduce_skipping(Vec3i& t, const Closure_Lattice& lat) {
+  switch (lat.ibravl) {
+    case 2:
+      return reduce_pair(t, 1, 2) && t[1] == 0 && t[2] == 0;
+    case 3:
+      return reduce_pair(t, 0, 2) && t[0] == 0 && t[2] == 0;
+    case 4:
+      return reduce_pair(t, 0, 1) && t[0] == 0 && t[1] == 0;
+    case 5:
+      if (t[0] >= 6 && t[1] >= 6 && t[2] >= 6) {
+        for (int& x : t) x %= 6;
+        return is_zero(t);
+      }
+      return false;
+    case 6:
+      reduce_r(t);
+      return is_zero(t);
+    case 7:
+      reduce_f(t);
+      return is_zero(t);
+    case 8:
+      for (const auto& c : lat.lat_trans) {
+        if (reaches(t, c)) reduce_by(t, c);
+      }
+      return is_zero(t);
+    default:
+      return false;
+  }
+}
+
+bool pair_is(const Vec3i& u, int i, int j, int v) {
+  return u[i] == v && u[j] == v;
+}
+
+// Whether a translation in twelfths counts as a lattice translation in the products.
+bool lattice_test(const Vec3i& u, const Closure_Lattice& lat) {
+  switch (lat.ibravl) {
+    case 2:
+      return pair_is(u, 1, 2, 6) || pair_is(u, 1, 2, 0);
+    case 3:
+      return pair_is(u, 0, 2, 6) || pair_is(u, 0, 2, 0);
+    case 4:
+      return pair_is(u, 0, 1, 6) || pair_is(u, 0, 1, 0);
+    case 5:
+      return u == Vec3i{6, 6, 6} || is_zero(u);
+    case 6:
+      return u == Vec3i{8, 4, 4} || u == Vec3i{4, 8, 8} || is_zero(u);
+    case 7: {
+      const auto sixes = std::count(u.begin(), u.end(), 6);
+      const auto zeros = std::count(u.begin(), u.end(), 0);
+      return sixes >= 2 || zeros >= 2;
+    }
+    case 8:
+      if (is_zero(u)) return true;
+      return std::any_of(lat.lat_trans.begin(), lat.lat_trans.end(),
+                         [&u](const std::array<int, 3>& c) { return u == c; });
+    default:
+      return false;
+  }
+}
+
+// Whether the product m duplicates an entry of the table, exactly or up to a lattice vector.
+bool already_held(const Op12& m, const std::vector<Op12>& tabla, const Closure_Lattice& lat) {
+  const Vec3i t = translation(m);
+  for (const Op12& e : tabla) {
+    if (e == m) return true;
+    if (!same_rotation(m, e)) continue;
+    const Vec3i u = translation(e);
+    Vec3i s{};
+    Vec3i d{};
+    for (int k = 0; k < 3; ++k) {
+      s[k] = mod12(static_cast<std::int64_t>(t[k]) + u[k]);
+      d[k] = mod12(static_cast<std::int64_t>(t[k]) - u[k]);
+    }
+    if (lattice_test(s, lat) || lattice_test(d, lat)) return true;
+  }
+  return false;
+}
+
+void table_full_powers() {
+  set_err_symm(" Dimension of Table exceeded (I)");
+}
+
+// Powers of each generator, in order, skipping those the table holds or the lattice removes.
+bool add_powers(std::vector<Op12>& tabla, const Closure_Lattice& lat) {
+  const std::size_t nop = tabla.size();
+  for (std::size_t i = 1; i < nop; ++i) {
+    const int r = axes_rotation(rotation_of(tabla[i]));
+    const int order = r == -3 ? 6 : (r == -1 ? 2 : std::abs(r));
+    Op12 m2 = identity_op();
+    for (int rep = 1; rep < order; ++rep) {
+      m2 = multiply(m2, tabla[i]);
+      if (std::find(tabla.begin(), tabla.end(), m2) != tabla.end()) continue;
+      Vec3i t = translation(m2);
+      const bool skip = reduce_skipping(t, lat);
+      set_translation(m2, t);
+      if (skip) continue;
+      if (static_cast<int>(tabla.size()) >= max_closure_ops) {
+        table_full_powers();
+        return false;
+      }
+      tabla.push_back(m2);
+    }
+  }
+  return true;
+}
+
+// Centring vectors of a lattice letter, the origin excluded.
+std::vector<Vec3> standard_centring(char letter) {
+  switch (letter) {
+    case 'A':
+      return {ltr_a[1]};
+    case 'B':
+      return {ltr_b[1]};
+    case 'C':
+      return {ltr_c[1]};
+    case 'I':
+      return {ltr_i[1]};
+    case 'R':
+      return {ltr_r[1], ltr_r[2]};
+    case 'F':
+      return {ltr_c[1], ltr_b[1], ltr_a[1]};
+    default:
+      return {};
+  }
+}
+
+// Flags of the lattice found among the pure translations of a list.
+struct Lattice_Flags {
+  bool p = true;
+  bool a = false;
+  bool b = false;
+  bool c = false;
+  bool i = false;
+  bool r = false;
+  bool f = false;
+  bool z = false;
+};
+
+void mark_translation(const Vec3i& t, Lattice_Flags& fl) {
+  const auto hit = std::find(lattice_twelfths.begin(), lattice_twelfths.end(), t);
+  switch (hit - lattice_twelfths.begin()) {
+    case 0:
+      fl.a = true;
+      break;
+    case 1:
+      fl.b = true;
+      break;
+    case 2:
+      fl.c = true;
+      break;
+    case 3:
+      fl.i = true;
+      break;
+    case 4:
+    case 5:
+      fl.r = true;
+      break;
+    default:
+      fl.z = true;
+      break;
+  }
+}
+
+void a_b_c_to_f(Lattice_Flags& fl) {
+  if (static_cast<int>(fl.a) + static_cast<int>(fl.b) + static_cast<int>(fl.c) >= 2) {
+    fl.a = fl.b = fl.c = fl.i = fl.p = false;
+    fl.f = true;
+  }
+}
+
+// The letter of the flags, later flags overwriting earlier ones: P A B C I R F Z.
+char letter_of(const Lattice_Flags& fl) {
+  char l = 'P';
+  const std::array<std::pair<bool, char>, 7> order = {
+      {{fl.a, 'A'}, {fl.b, 'B'}, {fl.c, 'C'}, {fl.i, 'I'}, {fl.r, 'R'}, {fl.f, 'F'}, {fl.z, 'Z'}}};
+  for (const auto& [set, letter] : order) {
+    if (set) l = letter;
+  }
+  return l;
+}
+
+int ibravl_of(char letter) {
+  const auto k = red.find(letter);
+  return k == std::string_view::npos ? 0 : static_cast<int>(k) + 1;
+}
+
+float abs_sum(const Vec3& v) {
+  return std::fabs(v[0]) + std::fabs(v[1]) + std::fabs(v[2]);
+}
+
+float abs_diff(const Vec3& a, const Vec3& b) {
+  return std::fabs(a[0] - b[0]) + std::fabs(a[1] - b[1]) + std::fabs(a[2] - b[2]);
+}
+
+// Largest rounded inverse component: how many multiples of the vector the completion tries.
+int vector_range(const Vec3& v) {
+  int range = 0;
+  for (float x : v) {
+    const int inv = std::fabs(x) > centring_tolerance ? nint(1.0f / x) : 0;
+    range = std::max(range, inv);
+  }
+  return range;
+}
+
+bool is_held(const Vec3& v, const std::vector<Vec3>& latc) {
+  return std::any_of(latc.begin(), latc.end(),
+                     [&v](const Vec3& w) { return abs_diff(v, w) < centring_tolerance; });
+}
+
+void remove_duplicates(std::vector<Vec3>& latc) {
+  const std::size_t l = latc.size();
+  for (std::size_t i = 0; i + 1 < l; ++i) {
+    if (latc[i][0] + latc[i][1] + latc[i][2] < centring_tolerance) continue;
+    for (std::size_t j = i + 1; j < l; ++j) {
+      if (abs_diff(latc[j], latc[i]) < centring_tolerance) latc[j] = Vec3{0, 0, 0};
+    }
+  }
+  std::erase_if(latc, [](const Vec3& v) { return abs_sum(v) < centring_tolerance; });
+}
+
+// Adds the sums a v_i + b v_j reduced to the cell until nothing new comes; false when the
+// vectors pass the limit of the lattice tables.
+bool complete_centring(std::vector<Vec3>& latc) {
+  std::vector<int> range(latc.size());
+  std::transform(latc.begin(), latc.end(), range.begin(), vector_range);
+  bool added = true;
+  while (added) {
+    added = false;
+    const std::size_t l = latc.size();
+    for (std::size_t i = 0; i < l; ++i) {
+      for (std::size_t j = i; j < l; ++j) {
+        for (int a = 0; a <= range[i]; ++a) {
+          for (int b = 0; b <= range[j]; ++b) {
+            Vec3 v{};
+            for (int k = 0; k < 3; ++k) {
+              v[k] = static_cast<float>(a) * latc[i][k] + static_cast<float>(b) * latc[j][k];
+            }
+            v = modulo_lat(v);
+            if (abs_sum(v) < centring_tolerance) continue;
+            if (std::any_of(v.begin(), v.end(), [](float x) { return x > centring_upper; })) {
+              continue;
+            }
+            if (is_held(v, latc)) continue;
+            if (static_cast<int>(latc.size()) >= max_centring_vectors) return false;
+            latc.push_back(v);
+            range.push_back(vector_range(v));
+            added = true;
+          }
+        }
+      }
+    }
+  }
+  return true;
+}
+
+bool each_among(const std::vector<Vec3>& latc, std::span<const Vec3> choices) {
+  return std::all_of(latc.begin(), latc.end(), [&choices](const Vec3& v) {
+    return std::any_of(choices.begin(), choices.end(),
+                       [&v](const Vec3& c) { return abs_diff(v, c) < centring_tolerance; });
+  });
+}
+
+char name_centring(const std::vector<Vec3>& latc) {
+  switch (latc.size()) {
+    case 0:
+      return 'P';
+    case 1: {
+      const std::array<std::pair<Vec3, char>, 4> single = {
+          {{ltr_i[1], 'I'}, {ltr_a[1], 'A'}, {ltr_b[1], 'B'}, {ltr_c[1], 'C'}}};
+      for (const auto& [vec, letter] : single) {
+        if (abs_diff(latc[0], vec) < centring_tolerance) return letter;
+      }
+      return 'P';
+    }
+    case 2:
+      return each_among(latc, std::span(ltr_r).subspan(1)) ? 'R' : 'P';
+    case 3:
+      return each_among(latc, std::span(ltr_f).subspan(1)) ? 'F' : 'P';
+    default:
+      return 'Z';
+  }
+}
+
+void put_operators(const std::vector<Op12>& tabla, std::vector<Mat3i>& ss, std::vector<Vec3>& ts) {
+  ss.resize(tabla.size());
+  ts.resize(tabla.size());
+  for (std::size_t n = 0; n < tabla.size(); ++n) {
+    ss[n] = rotation_of(tabla[n]);
+    for (int k = 0; k < 3; ++k) ts[n][k] = static_cast<float>(tabla[n][k][3]) / 12.0f;
+  }
+}
+
+void set_lattice_letter_in(std::string& latsy, int ibravl) {
+  if (latsy.size() < 2) latsy.resize(2, ' ');
+  if (ibravl >= 1 && ibravl <= static_cast<int>(red.size())) latsy[1] = red[ibravl - 1];
+}
+
+// Generators with the same or opposite rotation as an earlier one: duplicates go, and the
+// rest turn into pure translations or into -1.
+void sort_out_pairs(std::vector<Mat3i>& g, std::vector<Vec3>& tg) {
+  auto special = [](const Mat3i& m) {
+    return m == zero_matrix || m == identity_matrix || m == inversion_matrix;
+  };
+  for (std::size_t i = 0; i < g.size(); ++i) {
+    if (special(g[i])) continue;
+    for (std::size_t j = i + 1; j < g.size(); ++j) {
+      if (special(g[j])) continue;
+      const Vec3i t = twelfths(tg[i]);
+      const Vec3i u = twelfths(tg[j]);
+      const bool on_cell = multiple_of_cell(t, u, -1) || multiple_of_cell(t, u, 1);
+      if (g[i] == g[j]) {
+        g[j] = on_cell ? zero_matrix : identity_matrix;
+        tg[j] = on_cell ? Vec3{0, 0, 0} : sum_in_twelfths(t, u);
+      } else if (g[i] == negated(g[j])) {
+        g[j] = inversion_matrix;
+        tg[j] = on_cell ? Vec3{0, 0, 0} : sum_in_twelfths(t, u);
+      }
+    }
+  }
+}
+
+// The pure translations of the generators: their flags and their vectors; they are dropped.
+void take_translations(std::vector<Mat3i>& g, std::vector<Vec3>& tg, Lattice_Flags& fl,
+                       std::vector<Vec3>& latc) {
+  for (std::size_t i = 0; i < g.size(); ++i) {
+    if (g[i] != identity_matrix) continue;
+    const Vec3i t = twelfths(tg[i]);
+    if (!is_zero(t)) {
+      latc.push_back(tg[i]);
+      mark_translation(t, fl);
+    }
+    g[i] = zero_matrix;
+  }
+}
+
+// The inversions among the generators: the kind of centre; they are dropped.
+void take_inversions(std::vector<Mat3i>& g, const std::vector<Vec3>& tg, int& icentre, Vec3& co) {
+  for (std::size_t i = 0; i < g.size(); ++i) {
+    if (g[i] != inversion_matrix) continue;
+    if (is_zero(twelfths(tg[i]))) {
+      icentre = 2;
+    } else if (icentre != 2) {
+      icentre = 0;
+      for (int k = 0; k < 3; ++k) co[k] = tg[i][k] / 2.0f;
+    }
+    g[i] = zero_matrix;
+  }
+}
+
+}  // namespace
+
+bool close_by_products(std::vector<Op12>& tabla, const Closure_Lattice& lat,
+                       bool number_in_message) {
+  bool added = true;
+  while (added) {
+    added = false;
+    const std::size_t n = tabla.size();
+    for (std::size_t j = 0; j < n; ++j) {
+      for (std::size_t i = j; i < n; ++i) {
+        Op12 m2 = multiply(tabla[j], tabla[i]);
+        Vec3i t = translation(m2);
+        reduce_plain(t, lat);
+        set_translation(m2, t);
+        if (already_held(m2, tabla, lat)) continue;
+        if (static_cast<int>(tabla.size()) >= max_closure_ops) {
+          const int nop = static_cast<int>(tabla.size()) + 1;
+          if (number_in_message) {
+            set_err_symm(sput("a,a", " Dimension of Table exceeded (II): ", nop));
+          } else {
+            set_err_symm(" Dimension of Table exceeded (II)");
+          }
+          return false;
+        }
+        tabla.push_back(m2);
+        added = true;
+      }
+    }
+  }
+  return true;
+}
+
+void get_so_from_gener(int& isystem, int& icentre, int& ibravl, int& ng, std::vector<Mat3i>& ss,
+                       std::vector<Vec3>& ts, std::string& latsy, Vec3& co, int& num_g,
+                       std::string& lat_letter) {
+  isystem = 0;
+  icentre = 1;
+  ibravl = 0;
+  co = Vec3{0, 0, 0};
+  latsy = "  ";
+  lat_letter = " ";
+  nlat = 0;
+  ltr.fill(Vec3{0, 0, 0});
+  num_g = 0;
+
+  const auto given =
+      static_cast<std::size_t>(std::clamp(ng, 0, static_cast<int>(std::min(ss.size(), ts.size()))));
+  std::vector<Mat3i> g(ss.begin(), ss.begin() + static_cast<std::ptrdiff_t>(given));
+  std::vector<Vec3> tg(ts.begin(), ts.begin() + static_cast<std::ptrdiff_t>(given));
+
+  sort_out_pairs(g, tg);
+  Lattice_Flags fl;
+  std::vector<Vec3> latc;
+  take_translations(g, tg, fl, latc);
+
+  // The lattice.
+  a_b_c_to_f(fl);
+  if (fl.r && (fl.f || fl.i || fl.a || fl.b || fl.c)) fl.z = true;
+  if (fl.z) fl = Lattice_Flags{false, false, false, false, false, false, false, true};
+  const char letter = letter_of(fl);
+  ibravl = ibravl_of(letter);
+  Closure_Lattice lat;
+  lat.ibravl = ibravl;
+  if (letter == 'Z') {
+    int l = static_cast<int>(latc.size());
+    char named = 'P';
+    get_centring_vectors(l, latc, named);
+    if (err_symm) return;
+    lat_letter = std::string(1, named);
+    for (const Vec3& v : latc) {
+      const int big = std::max({nint(12.0f * v[0]), nint(12.0f * v[1]), nint(12.0f * v[2])});
+      lat.lat_trans.push_back({big, big, big});
+    }
+  } else {
+    lat_letter = std::string(1, letter);
+    latc = standard_centring(letter);
+  }
+  latsym(lat_letter, static_cast<int>(latc.size()), latc);
+  if (err_symm) return;
+
+  take_inversions(g, tg, icentre, co);
+
+  // Compaction: the generators that are left, in their order.
+  std::vector<Op12> tabla{identity_op()};
+  for (std::size_t i = 0; i < g.size(); ++i) {
+    if (g[i] == zero_matrix) continue;
+    if (static_cast<int>(tabla.size()) >= max_closure_ops) {
+      table_full_powers();
+      return;
+    }
+    tabla.push_back(make_op(g[i], twelfths(tg[i])));
+  }
+  num_g = static_cast<int>(tabla.size()) - 1;
+
+  if (!add_powers(tabla, lat)) return;
+  if (!close_by_products(tabla, lat, true)) return;
+
+  put_operators(tabla, ss, ts);
+  const int nop = static_cast<int>(tabla.size());
+  ng = nop;
+  // With -1 in the table, its first half is taken as the reduced set.
+  for (int k = 0; k < nop; ++k) {
+    if (ss[static_cast<std::size_t>(k)] != inversion_matrix) continue;
+    ng = nop / 2;
+    if (icentre == 1) {
+      const Vec3& t = ts[static_cast<std::size_t>(k)];
+      if (is_zero(twelfths(t))) {
+        icentre = 2;
+      } else {
+        icentre = 0;
+        for (int c = 0; c < 3; ++c) co[c] = t[c] / 2.0f;
+      }
+    }
+    break;
+  }
+  ss.resize(static_cast<std::size_t>(ng));
+  ts.resize(static_cast<std::size_t>(ng));
+
+  get_crystal_system_r_op(ng, ss, isystem, latsy);
+  set_lattice_letter_in(latsy, ibravl);
+}
+
+void get_so_from_fix(int& isystem, int& icentre, int& ibravl, int ng, const std::vector<Mat3i>& ss,
+                     const std::vector<Vec3>& ts, std::string& latsy, Vec3& co,
+                     std::string& lat_letter, std::string_view f_lat) {
+  isystem = 0;
+  icentre = 1;
+  ibravl = 0;
+  co = Vec3{0, 0, 0};
+  latsy = "  ";
+  lat_letter = std::string(1, f_lat.empty() ? ' ' : f_lat[0]);
+  const int n = std::clamp(ng, 0, static_cast<int>(std::min(ss.size(), ts.size())));
+
+  std::vector<Vec3> latc;
+  if (lat_letter != " ") {
+    for (int i = 1; i < n; ++i) {
+      if (ss[static_cast<std::size_t>(i)] == identity_matrix) {
+        latc.push_back(ts[static_cast<std::size_t>(i)]);
+      }
+    }
+    lat_letter.assign(1, latc.empty() ? 'P' : 'Z');
+  } else {
+    Lattice_Flags fl;
+    for (int i = 0; i < n; ++i) {
+      const auto k = static_cast<std::size_t>(i);
+      if (ss[k] != identity_matrix) continue;
+      const Vec3i t = twelfths(ts[k]);
+      if (is_zero(t)) continue;
+      latc.push_back(ts[k]);
+      mark_translation(t, fl);
+    }
+    a_b_c_to_f(fl);
+    lat_letter = std::string(1, letter_of(fl));
+  }
+  ibravl = ibravl_of(lat_letter[0]);
+  if (static_cast<int>(latc.size()) > max_centring_vectors) {
+    set_err_symm(" Too many centring vectors");
+    return;
+  }
+  latsym(lat_letter, static_cast<int>(latc.size()), latc);
+  if (err_symm) return;
+
+  for (int i = 0; i < n; ++i) {
+    const auto k = static_cast<std::size_t>(i);
+    if (ss[k] != inversion_matrix) continue;
+    if (is_zero(twelfths(ts[k]))) {
+      icentre = 2;
+    } else {
+      icentre = 0;
+      for (int c = 0; c < 3; ++c) co[c] = ts[k][c] / 2.0f;
+    }
+  }
+  get_crystal_system_r_op(n, ss, isystem, latsy);
+  set_lattice_letter_in(latsy, ibravl);
+}
+
+void get_centring_vectors(int& l, std::vector<Vec3>& latc, char& lat_ch) {
+  lat_ch = 'P';
+  const int given = std::clamp(l, 0, static_cast<int>(latc.size()));
+  latc.resize(static_cast<std::size_t>(given));
+  l = given;
+  if (l == 0) return;
+  remove_duplicates(latc);
+  l = static_cast<int>(latc.size());
+  if (l > max_centring_vectors || !complete_centring(latc)) {
+    l = static_cast<int>(latc.size());
+    set_err_symm(" Too many centring vectors");
+    return;
+  }
+  l = static_cast<int>(latc.size());
+  lat_ch = name_centring(latc);
+}
+
+namespace {
+
+char first_lattice_letter(std::string_view symb) {
+  for (char c : symb) {
+    if (c != ' ' && c != '-') return c;
+  }
+  return ' ';
+}
+
+// Sets the tables for a letter; Z needs vectors (null when they were not given).
+void set_lattice(std::string_view symb, int n_vec, const std::vector<Vec3>* vectors) {
+  init_err_symm();
+  const char letter = first_lattice_letter(symb);
+  const char up = u_case(std::string_view(&letter, 1))[0];
+  ltr[0] = Vec3{0, 0, 0};
+  nlat = 1;
+  lat_ch = letter;
+  if (up == 'X' || up == 'Z') {
+    if (vectors == nullptr || n_vec < 0 || n_vec > static_cast<int>(vectors->size())) {
+      set_err_symm("Unconventional Lattice Symbol Z needs centring vectors");
+      return;
+    }
+    if (n_vec + 1 > max_lattice_points) {
+      set_err_symm(" Too many centring vectors");
+      return;
+    }
+    lat_ch = 'Z';
+    inlat = 8;
+    for (int k = 0; k < n_vec; ++k)
+      ltr[static_cast<std::size_t>(k) + 1] = (*vectors)[static_cast<std::size_t>(k)];
+    nlat = n_vec + 1;
+    return;
+  }
+  const auto k = std::string_view("PABCIRF").find(up);
+  if (k == std::string_view::npos) {
+    set_err_symm(std::string("Wrong Lattice Symbol ") + letter);
+    return;
+  }
+  lat_ch = up;
+  inlat = static_cast<int>(k) + 1;
+  const std::vector<Vec3> centring = standard_centring(up);
+  for (std::size_t c = 0; c < centring.size(); ++c) ltr[c + 1] = centring[c];
+  nlat = static_cast<int>(centring.size()) + 1;
+}
+
+}  // namespace
+
+void latsym(std::string_view symb) {
+  set_lattice(symb, 0, nullptr);
+}
+
+void latsym(std::string_view symb, int n_vec, const std::vector<Vec3>& vectors) {
+  set_lattice(symb, n_vec, &vectors);
+}
+
+}  // namespace velmoria

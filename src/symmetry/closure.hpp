@@ -1,0 +1,68 @@
+// The reduced set of operators of a space group from its generators, closed by exact integer
+// arithmetic in twelfths of a cell edge; the analysis of a complete list; the completion and
+// naming of a set of centring vectors; the lattice tables of a lattice letter.
+#pragma once
+
+#include <array>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "support/numeric.hpp"
+
+namespace velmoria {
+
+// Entries of the table of operators of a closure: the reduced set, without centring and
+// without an inversion given as a generator.
+constexpr int max_closure_ops = 24;
+
+// One operator of a closure: rotation in rows/columns 0-2, translation in twelfths in column
+// 3, row 3 = (0,0,0,1).  op[row][column].
+using Op12 = std::array<std::array<int, 4>, 4>;
+
+// The lattice against which the translations of a closure are reduced: ibravl 1 P, 2 A, 3 B,
+// 4 C, 5 I, 6 R, 7 F, 8 Z; for Z the columns of lat_trans (twelfths; each column holds the
+// largest rounded component of 12 times its centring vector in all three places).
+struct Closure_Lattice {
+  int ibravl = 1;
+  std::vector<std::array<int, 3>> lat_trans;
+};
+
+// Closes `tabla` (entry 0 the identity) under products, pass after pass, until a pass adds
+// nothing; translations modulo 12 and reduced by the lattice.  When the table would pass
+// max_closure_ops entries: err_symm is set with " Dimension of Table exceeded (II)" (followed
+// by ": " and the count when number_in_message) and false is returned.
+bool close_by_products(std::vector<Op12>& tabla, const Closure_Lattice& lat,
+                       bool number_in_message);
+
+// Reduced set of operators from generators.
+//  in:  ng generators in ss[0..ng-1], ts[0..ng-1] (ng is clamped to the sizes of ss and ts).
+//  out: ng operators of the reduced set, ss and ts resized to exactly ng entries (identity
+//       first, translations multiples of 1/12 in [0,1)); isystem 1..7; icentre 0 centric off
+//       the origin (co the centre), 1 acentric, 2 centric at the origin; ibravl 1..8 (P A B C I
+//       R F Z); latsy = family letter + lattice letter; num_g the generators left once
+//       centrings and -1 are taken out; lat_letter the letter given to latsym.
+//  Sets the lattice globals (nlat, ltr, lat_ch, inlat) through latsym.  err_symm is expected
+//  false on entry; on failure it is set, and ng/ss/ts are left undefined.
+void get_so_from_gener(int& isystem, int& icentre, int& ibravl, int& ng, std::vector<Mat3i>& ss,
+                       std::vector<Vec3>& ts, std::string& latsy, Vec3& co, int& num_g,
+                       std::string& lat_letter);
+
+// Analysis of a complete list of ng operators (not changed): lattice, centre, crystal system.
+// f_lat: its first character, when not blank, asks for the letter P or Z from the operators
+// with the identity matrix; blank or empty lets the pure translations name the lattice.
+void get_so_from_fix(int& isystem, int& icentre, int& ibravl, int ng, const std::vector<Mat3i>& ss,
+                     const std::vector<Vec3>& ts, std::string& latsy, Vec3& co,
+                     std::string& lat_letter, std::string_view f_lat = {});
+
+// Removes duplicates from the first l centring vectors of latc, completes the set by sums
+// modulo the cell, and names it in lat_ch: "P", "A", "B", "C", "I", "R", "F" or "Z".  latc
+// holds exactly l vectors on return.  More than max_lattice_points - 1 vectors set err_symm.
+void get_centring_vectors(int& l, std::vector<Vec3>& latc, char& lat_ch);
+
+// Lattice globals lat_ch, nlat, ltr, inlat from the first letter of symb other than "-" and
+// blank (either case).  X or Z need the n_vec centring vectors of the second form.
+void latsym(std::string_view symb);
+void latsym(std::string_view symb, int n_vec, const std::vector<Vec3>& vectors);
+
+}  // namespace velmoria

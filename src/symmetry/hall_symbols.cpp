@@ -1,0 +1,360 @@
+// Reading of a Hall symbol: the lattice, the centre of symmetry, up to four generators as
+// integer operators in twelfths, the change of origin, and the closure of the group.
+#include "symmetry/hall_symbols.hpp"
+
+#include <array>
+#include <cstdint>
+#include <optional>
+
+#include "support/text.hpp"
+#include "symmetry/closure.hpp"
+#include "symmetry/group_class.hpp"
+#include "symmetry/records.hpp"
+
+namespace velmoria {
+
+namespace {
+
+using Vec3i = std::array<int, 3>;
+
+constexpr std::size_t hall_symbol_len = 16;
+constexpr std::string_view red = "PABCIRF";            // lattice letters, index ibravl
+constexpr std::string_view rotacion = "12346";         // rotation digits, index 1 to 5
+constexpr std::string_view ejes_rotacion = "XYZ'\"*";  // axis letters, index 1 to 6
+constexpr std::string_view shift = "12345";            // digits of an origin shift, in twelfths
+constexpr std::array<int, 5> rotation_order = {1, 2, 3, 4, 6};
+
+enum Axis {
+  axis_none = 0,
+  axis_x = 1,
+  axis_y = 2,
+  axis_z = 3,
+  axis_p = 4,
+  axis_pp = 5,
+  axis_s = 6
+};
+
+// Value of a translation symbol in twelfths; nullopt for any other character.
+std::optional<Vec3i> tras_val(char c) {
+  switch (c) {
+    case 'A':
+      return Vec3i{6, 0, 0};
+    case 'B':
+      return Vec3i{0, 6, 0};
+    case 'C':
+      return Vec3i{0, 0, 6};
+    case 'N':
+      return Vec3i{6, 6, 6};
+    case 'U':
+      return Vec3i{3, 0, 0};
+    case 'V':
+      return Vec3i{0, 3, 0};
+    case 'W':
+      return Vec3i{0, 0, 3};
+    case 'D':
+      return Vec3i{3, 3, 3};
+    default:
+      return std::nullopt;
+  }
+}
+
+// Rotation matrix of a rotation order and an axis (first_axis: that of the first generator,
+// which fixes the directions ' and ").  nullopt for a pair that has no matrix.
+std::optional<Mat3i> hall_matrix(int order, int axis, int first_axis) {
+  constexpr Mat3i one{{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
+  switch (order) {
+    case 1:
+      if (axis > axis_z) return std::nullopt;
+      return one;
+    case 2:
+      switch (axis) {
+        case axis_x:
+          return Mat3i{{{1, 0, 0}, {0, -1, 0}, {0, 0, -1}}};
+        case axis_y:
+          return Mat3i{{{-1, 0, 0}, {0, 1, 0}, {0, 0, -1}}};
+        case axis_z:
+          return Mat3i{{{-1, 0, 0}, {0, -1, 0}, {0, 0, 1}}};
+        case axis_p:
+          if (first_axis == axis_x) return Mat3i{{{-1, 0, 0}, {0, 0, -1}, {0, -1, 0}}};
+          if (first_axis == axis_y) return Mat3i{{{0, 0, -1}, {0, -1, 0}, {-1, 0, 0}}};
+          if (first_axis == axis_z || first_axis == axis_s) {
+            return Mat3i{{{0, -1, 0}, {-1, 0, 0}, {0, 0, -1}}};
+          }
+          return std::nullopt;
+        case axis_pp:
+          if (first_axis == axis_x) return Mat3i{{{-1, 0, 0}, {0, 0, 1}, {0, 1, 0}}};
+          if (first_axis == axis_y) return Mat3i{{{0, 0, 1}, {0, -1, 0}, {1, 0, 0}}};
+          if (first_axis == axis_z) return Mat3i{{{0, 1, 0}, {1, 0, 0}, {0, 0, -1}}};
+          return std::nullopt;
+        default:
+          return std::nullopt;
+      }
+    case 3:
+      switch (axis) {
+        case axis_x:
+          return Mat3i{{{1, 0, 0}, {0, 0, -1}, {0, 1, -1}}};
+        case axis_y:
+          return Mat3i{{{-1, 0, 1}, {0, 1, 0}, {-1, 0, 0}}};
+        case axis_z:
+          return Mat3i{{{0, -1, 0}, {1, -1, 0}, {0, 0, 1}}};
+        case axis_s:
+          return Mat3i{{{0, 0, 1}, {1, 0, 0}, {0, 1, 0}}};
+        default:
+          return std::nullopt;
+      }
+    case 4:
+      switch (axis) {
+        case axis_x:
+          return Mat3i{{{1, 0, 0}, {0, 0, -1}, {0, 1, 0}}};
+        case axis_y:
+          return Mat3i{{{0, 0, 1}, {0, 1, 0}, {-1, 0, 0}}};
+        case axis_z:
+          return Mat3i{{{0, -1, 0}, {1, 0, 0}, {0, 0, 1}}};
+        default:
+          return std::nullopt;
+      }
+    case 6:
+      switch (axis) {
+        case axis_x:
+          return Mat3i{{{1, 0, 0}, {0, 1, -1}, {0, 1, 0}}};
+        case axis_y:
+          return Mat3i{{{0, 0, 1}, {0, 1, 0}, {-1, 0, 1}}};
+        case axis_z:
+          return Mat3i{{{1, -1, 0}, {1, 0, 0}, {0, 0, 1}}};
+        default:
+          return std::nullopt;
+      }
+    default:
+      return std::nullopt;
+  }
+}
+
+// Axis of a generator that names none: Z for the first; for the second X, or ' for a twofold
+// axis behind a threefold or sixfold one; for the third * for a threefold axis, else X; X for
+// the fourth.
+int default_axis(int ngen, int order, int first_order) {
+  if (ngen == 0) return axis_z;
+  if (ngen == 1) return (order == 2 && (first_order == 3 || first_order == 6)) ? axis_p : axis_x;
+  if (ngen == 2) return order == 3 ? axis_s : axis_x;
+  return axis_x;
+}
+
+// The symbol, in upper case, shifted left and cut to 16 characters, read by position 1..16.
+struct Hall_Text {
+  std::string group;
+  char at(int k) const {
+    return (k >= 1 && k <= static_cast<int>(group.size())) ? group[static_cast<std::size_t>(k) - 1]
+                                                           : ' ';
+  }
+};
+
+struct Generator {
+  Mat3i rot{};
+  Vec3i t{};
+  int order = 1;
+  int axis = axis_z;
+};
+
+// The centre of symmetry of a symbol without a leading "-": the last item -1 (before any
+// origin shift) with its translation symbols.  n shrinks when the item is taken out.
+void read_centre(const Hall_Text& h, int& n, int& icentre, Vec3& co) {
+  std::string_view text(h.group);
+  text = text.substr(0, static_cast<std::size_t>(n));
+  const auto paren = text.find('(');
+  const std::string_view looked =
+      paren == std::string_view::npos ? text : text.substr(0, paren + 1);
+  const auto pos = looked.rfind("-1");
+  if (pos == std::string_view::npos) return;
+  const int j = static_cast<int>(pos) + 1;
+  Vec3i v{};
+  for (int k = j + 2; k <= n; ++k) {
+    if (const auto tv = tras_val(h.at(k))) {
+      for (int c = 0; c < 3; ++c) v[c] += (*tv)[c];
+    }
+  }
+  for (int& x : v) x %= 12;
+  for (int c = 0; c < 3; ++c) co[c] = static_cast<float>(v[c]) / 24.0f;
+  if (v == Vec3i{0, 0, 0}) {
+    icentre = 2;
+  } else {
+    icentre = 0;
+    n = j - 2;
+  }
+}
+
+// One generator from the item at positions p..e; false for an item the symbol cannot hold.
+bool read_generator(const Hall_Text& h, int p, int e, int ngen, const std::vector<Generator>& gens,
+                    Generator& out) {
+  int sign = 1;
+  if (h.at(p) == '-') {
+    sign = -1;
+    ++p;
+  }
+  if (p > e) return false;  // a sign and nothing behind it
+  const auto r = rotacion.find(h.at(p));
+  if (r == std::string_view::npos) return false;
+  const int order = rotation_order[r];
+  const int first_order = gens.empty() ? 0 : gens[0].order;
+  const int first_axis = gens.empty() ? axis_none : gens[0].axis;
+  int a = ngen == 0 ? axis_z : axis_none;
+  Vec3i vtras{};
+  const bool single = e <= p;
+  for (int k = single ? p : p + 1; k <= e; ++k) {
+    const char c = h.at(k);
+    const auto ax = ejes_rotacion.find(c);
+    if (ax != std::string_view::npos) a = static_cast<int>(ax) + 1;
+    if (a == axis_none) a = default_axis(ngen, order, first_order);
+    if (single) continue;
+    if (const auto tv = tras_val(c)) {
+      for (int m = 0; m < 3; ++m) vtras[m] += (*tv)[m];
+    } else if (const auto d = shift.find(c); d != std::string_view::npos) {
+      // Screw part along the axis: only for 3, 4, 6 about x, y or z.
+      if (order < 3 || a > axis_z) return false;
+      vtras = Vec3i{0, 0, 0};
+      vtras[static_cast<std::size_t>(a) - 1] = 12 * (static_cast<int>(d) + 1) / order;
+    }
+  }
+  // The first generator's own ' or " has no reference axis.
+  const int reference = ngen == 0 ? axis_none : first_axis;
+  const auto m = hall_matrix(order, a, reference);
+  if (!m) return false;
+  for (int i = 0; i < 3; ++i) {
+    for (int j = 0; j < 3; ++j) out.rot[i][j] = sign * (*m)[i][j];
+  }
+  out.t = vtras;
+  out.order = order;
+  out.axis = a;
+  return true;
+}
+
+// The origin shift between "(" at position p and the last character n; false for a fourth
+// number.
+bool read_shift(const Hall_Text& h, int p, int n, Vec3i& s) {
+  int component = 0;
+  int sign = 1;
+  for (int k = p + 1; k <= n - 1; ++k) {
+    const char c = h.at(k);
+    if (c == ' ') continue;
+    if (c == '-') {
+      sign = -1;
+      continue;
+    }
+    if (component == 3) return false;
+    const auto v = shift.find(c);
+    s[static_cast<std::size_t>(component)] =
+        sign * (v == std::string_view::npos ? 0 : static_cast<int>(v) + 1);
+    ++component;
+    sign = 1;
+  }
+  return true;
+}
+
+// Moves a generator to the new origin: S g S^-1, translation t + s - R s.
+void change_origin(Generator& g, const Vec3i& s) {
+  for (int i = 0; i < 3; ++i) {
+    int rs = 0;
+    for (int j = 0; j < 3; ++j) rs += g.rot[i][j] * s[j];
+    g.t[i] += s[i] - rs;
+  }
+}
+
+Op12 table_entry(const Generator& g) {
+  Op12 m{};
+  for (int i = 0; i < 3; ++i) {
+    for (int j = 0; j < 3; ++j) m[i][j] = g.rot[i][j];
+    m[i][3] = ((g.t[i] % 12) + 12) % 12;
+  }
+  m[3][3] = 1;
+  return m;
+}
+
+}  // namespace
+
+void get_so_from_hall(int& isystem, int& icentre, int& ibravl, int& ng, std::vector<Mat3i>& ss,
+                      std::vector<Vec3>& ts, std::string& latsy, Vec3& co, int& num_g,
+                      std::string_view symb) {
+  isystem = 0;
+  icentre = 1;
+  ibravl = 0;
+  ng = 0;
+  latsy = "  ";
+  co = Vec3{0, 0, 0};
+  num_g = 1;
+  ss.clear();
+  ts.clear();
+  init_err_symm();
+
+  Hall_Text h{u_case(fixed(adjustl(symb), hall_symbol_len))};
+  int n = static_cast<int>(len_trim(h.group));
+  int i = 1;
+
+  if (h.at(1) == '-') {
+    icentre = 2;
+    i = 2;
+  } else {
+    read_centre(h, n, icentre, co);
+  }
+
+  const auto lattice = red.find(h.at(i));
+  if (lattice == std::string_view::npos) {
+    set_err_symm(" IBRAVL is Equal Zero");
+    return;
+  }
+  ibravl = static_cast<int>(lattice) + 1;
+
+  std::vector<Generator> gens;
+  int p = i + 2;
+  int shift_at = 0;
+  while (p <= n) {
+    int e = p;
+    while (e < n && h.at(e + 1) != ' ') ++e;
+    if (h.at(p) == '(') {
+      shift_at = p;
+      break;
+    }
+    Generator g;
+    if (static_cast<int>(gens.size()) == max_hall_generators ||
+        !read_generator(h, p, e, static_cast<int>(gens.size()), gens, g)) {
+      err_symm = true;
+      return;
+    }
+    gens.push_back(g);
+    p = e + 2;
+  }
+
+  if (shift_at > 0) {
+    Vec3i s{};
+    if (!read_shift(h, shift_at, n, s)) {
+      err_symm = true;
+      return;
+    }
+    for (Generator& g : gens) change_origin(g, s);
+  }
+
+  std::vector<Op12> tabla(1, Op12{});
+  for (int k = 0; k < 4; ++k)
+    tabla[0][static_cast<std::size_t>(k)][static_cast<std::size_t>(k)] = 1;
+  if (!(gens.size() == 1 && gens[0].order == 1)) {
+    for (const Generator& g : gens) tabla.push_back(table_entry(g));
+  }
+  num_g = static_cast<int>(gens.size());
+
+  Closure_Lattice lat;
+  lat.ibravl = ibravl;
+  if (!close_by_products(tabla, lat, false)) return;
+
+  ng = static_cast<int>(tabla.size());
+  ss.resize(tabla.size());
+  ts.resize(tabla.size());
+  for (std::size_t k = 0; k < tabla.size(); ++k) {
+    for (int r = 0; r < 3; ++r) {
+      for (int c = 0; c < 3; ++c) ss[k][r][c] = tabla[k][r][c];
+      ts[k][r] = static_cast<float>(tabla[k][r][3]) / 12.0f;
+    }
+  }
+  get_crystal_system_r_op(ng, ss, isystem, latsy);
+  latsy[1] = red[lattice];
+  latsym(std::string_view(&latsy[1], 1));
+}
+
+}  // namespace velmoria

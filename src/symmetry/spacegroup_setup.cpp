@@ -1,0 +1,579 @@
+// Setting up a space group record: choice of the road (number, Hall symbol, table symbol,
+// tabulated generators, user generators, fixed list), the reduced set of operators from that
+// road, its expansion by inversion and centring, and the special orbits of the table.
+#include "symmetry/spacegroup_setup.hpp"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <string>
+
+#include "support/list_read.hpp"
+#include "support/numeric.hpp"
+#include "support/text.hpp"
+#include "symmetry/closure.hpp"
+#include "symmetry/group_class.hpp"
+#include "symmetry/hall_symbols.hpp"
+#include "symmetry/operator_text.hpp"
+#include "symmetry/tables.hpp"
+
+namespace velmoria {
+
+namespace {
+
+constexpr std::size_t spgm_len = 20;
+constexpr std::size_t spg_symb_len = 20;
+constexpr std::size_t hall_field_len = 16;
+constexpr int max_number = 230;
+
+const char* const mess_generic = "Error in the provided symbol/number of the space group";
+
+// The seven table symbols whose Hermann-Mauguin reading does not give the table's group:
+// they go by the Hall symbol of their row.
+constexpr std::array<std::string_view, 7> hall_only_symbols = {
+    "P N M 21", "P 21 N M", "P M 21 N", "B A M B", "C 4 2 21", "C -4 B 2", "F -4 D 2"};
+
+// What a road hands to the expansion: the reduced set and the classes of the group.
+struct Road_Result {
+  int isystem = 0;
+  int icentre = 1;
+  int ibravl = 1;
+  int ng = 0;
+  int num_g = 0;
+  std::vector<Mat3i> ss;
+  std::vector<Vec3> ts;
+  std::string latsy;
+  Vec3 co{};
+  bool set_num_gen = true;  // false on the Hermann-Mauguin reading of a symbol
+};
+
+void fail(const std::string& mess) {
+  err_symm = true;
+  err_symm_mess = mess;
+}
+
+// First row (0-based) of the table of settings matching `pred`, -1 when none.
+template <class Pred>
+int find_row(Pred pred) {
+  const auto& rows = spgr_info();
+  for (int i = 0; i < num_spgr_info; ++i) {
+    if (pred(rows[i])) return i;
+  }
+  return -1;
+}
+
+int row_of_hm(const std::string& spgm) {
+  std::string key = fixed(spgm, hm_len);
+  return find_row([&](const Spgr_Info_Type& r) { return same_text(r.hm, key); });
+}
+
+int row_of_hall(const std::string& spgm) {
+  std::string key = fixed(spgm, hall_field_len);
+  return find_row([&](const Spgr_Info_Type& r) { return same_text(u_case(r.hall), key); });
+}
+
+int first_row_of_number(int num) {
+  return find_row([&](const Spgr_Info_Type& r) { return r.n == num; });
+}
+
+bool has_colon(std::string_view s) {
+  return s.find(':') != std::string_view::npos;
+}
+
+// The row after k, as long as the table has one.
+int next_row(int k) {
+  return std::min(k + 1, num_spgr_info - 1);
+}
+
+std::string hall_of_row(int k) {
+  return trim(spgr_info()[k].hall);
+}
+
+// The choice number behind a colon (0 when it cannot be read) and the text before it.
+struct Colon_Split {
+  bool colon = false;
+  int n = 0;
+  std::string before;
+};
+
+Colon_Split split_colon(const std::string& spgm) {
+  Colon_Split s;
+  std::size_t c = spgm.find(':');
+  if (c == std::string::npos) {
+    s.before = spgm;
+    return s;
+  }
+  s.colon = true;
+  s.before = spgm.substr(0, c);
+  if (!read_list(spgm.substr(c + 1), s.n)) s.n = 0;
+  return s;
+}
+
+// The road and table row chosen from the text alone.
+struct Road_Choice {
+  std::string opcion;
+  int k = -1;  // 0-based row, -1 for none
+  std::string spgm;
+};
+
+bool choose_road_from_text(Road_Choice& rc, bool gen_given, bool force_hall) {
+  Colon_Split cs = split_colon(rc.spgm);
+  std::array<float, 2> vet{};
+  std::array<int, 2> ivet{};
+  int iv = 0;
+  getnum(cs.before, vet, ivet, iv);
+  if (iv == 1) {
+    int num = ivet[0];
+    if (num < 1 || num > max_number) {
+      fail(" Number of Space Group out of limits");
+      return false;
+    }
+    rc.k = first_row_of_number(num);
+    if (!cs.colon) {
+      if (has_colon(spgr_info()[rc.k].hm)) rc.k = next_row(rc.k);
+    } else if (cs.n == 0 || cs.n == 2) {
+      rc.k = next_row(rc.k);
+    }
+    rc.spgm = hall_of_row(rc.k);
+    rc.opcion = "HAL";
+    return true;
+  }
+  rc.k = row_of_hm(rc.spgm);
+  if (rc.k >= 0) {
+    rc.opcion = "HMS";
+    if (force_hall) {
+      rc.opcion = "HAL";
+      rc.spgm = hall_of_row(rc.k);
+    }
+  }
+  if (rc.opcion == "HMS") {
+    std::string hm = trim(spgr_info()[rc.k].hm);
+    if (std::find(hall_only_symbols.begin(), hall_only_symbols.end(), hm) !=
+        hall_only_symbols.end()) {
+      rc.opcion = "HAL";
+      rc.spgm = hall_of_row(rc.k);
+    }
+  }
+  if (rc.k < 0) {
+    rc.k = row_of_hall(rc.spgm);
+    rc.opcion = "HAL";
+  }
+  if (rc.k < 0) rc.opcion = gen_given ? "GEN" : "HAL";
+  return true;
+}
+
+bool choose_road_from_mode(Road_Choice& rc, std::string_view mode, const std::string& spgmc) {
+  rc.opcion = u_case(fixed(adjustl(mode), 3));
+  rc.k = -1;
+  if (rc.opcion == "HMS") {
+    rc.k = row_of_hm(rc.spgm);
+  } else if (rc.opcion == "ITC") {
+    Colon_Split cs = split_colon(rc.spgm);
+    rc.spgm = cs.before;
+    int num = 0;
+    if (read_list(rc.spgm, num)) {
+      if (num < 1 || num > max_number) {
+        fail(" The number of the space group should be in the interval [1,230]");
+        return false;
+      }
+      rc.k = first_row_of_number(num);
+      if (has_colon(spgr_info()[rc.k].hm) && (cs.n == 0 || cs.n == 2)) rc.k = next_row(rc.k);
+    } else {
+      rc.spgm = spgmc;
+      rc.k = row_of_hm(rc.spgm);
+    }
+  } else if (rc.opcion == "HAL") {
+    rc.k = row_of_hall(rc.spgm);
+  }
+  return true;
+}
+
+// The fields that a table row gives to the record.
+void fill_table_fields(Space_Group_Type& spg, int k) {
+  const Spgr_Info_Type& r = spgr_info()[k];
+  spg.num_spg = r.n;
+  spg.spg_symb = trim(r.hm);
+  spg.hall = trim(r.hall);
+  get_laue_str(r.laue, spg.laue);
+  spg.laue = trim(spg.laue);
+  get_pointgroup_str(r.pg, spg.pg);
+  spg.pg = trim(spg.pg);
+  spg.info = trim(r.inf_extra);
+  for (int i = 0; i < 3; ++i) {
+    spg.asym_unit[0][i] = static_cast<float>(r.asu[i]) / 24.0f;
+    spg.asym_unit[1][i] = static_cast<float>(r.asu[i + 3]) / 24.0f;
+  }
+}
+
+std::string system_name(int isystem) {
+  if (isystem < 1 || isystem > static_cast<int>(sys_cry.size())) return {};
+  return trim(sys_cry[isystem - 1]);
+}
+
+void prepare_lists(Road_Result& rr) {
+  rr.ss.assign(max_setup_ops, Mat3i{});
+  rr.ts.assign(max_setup_ops, Vec3{});
+}
+
+// The reduced set of a Hall symbol.
+void reduced_set_from_hall(Road_Result& rr, const std::string& symbol) {
+  prepare_lists(rr);
+  get_so_from_hall(rr.isystem, rr.icentre, rr.ibravl, rr.ng, rr.ss, rr.ts, rr.latsy, rr.co,
+                   rr.num_g, symbol);
+}
+
+// The reduced set of a list of generators read from their x,y,z texts.
+void reduced_set_from_generators(Road_Result& rr, const std::vector<std::string>& texts) {
+  prepare_lists(rr);
+  int n = std::min<int>(static_cast<int>(texts.size()), max_setup_ops);
+  for (int i = 0; i < n; ++i) read_xsym(texts[i], 1, rr.ss[i], rr.ts[i]);
+  rr.ng = n;
+  rr.num_g = n;
+  std::string lat_letter;
+  get_so_from_gener(rr.isystem, rr.icentre, rr.ibravl, rr.ng, rr.ss, rr.ts, rr.latsy, rr.co,
+                    rr.num_g, lat_letter);
+}
+
+std::vector<std::string> first_generators(const std::vector<std::string>& gen, int ngen) {
+  int n = std::max(0, std::min<int>(ngen, static_cast<int>(gen.size())));
+  return {gen.begin(), gen.begin() + n};
+}
+
+bool road_fix(Space_Group_Type& spg, Road_Result& rr, std::string_view spacegen,
+              const std::vector<std::string>* gen, std::optional<int> ngen) {
+  if (gen == nullptr || !ngen) {
+    fail(" Generators should be provided if FIX option is Used");
+    return false;
+  }
+  std::vector<std::string> texts = first_generators(*gen, *ngen);
+  if (static_cast<int>(texts.size()) > max_setup_ops) {
+    fail(mess_generic);
+    return false;
+  }
+  prepare_lists(rr);
+  rr.ng = static_cast<int>(texts.size());
+  rr.num_g = rr.ng - 1;
+  for (int i = 0; i < rr.ng; ++i) read_xsym(texts[i], 1, rr.ss[i], rr.ts[i]);
+  std::string lat_letter;
+  std::string f_lat = is_blank(spacegen) ? std::string("Z") : std::string(spacegen);
+  get_so_from_fix(rr.isystem, rr.icentre, rr.ibravl, rr.ng, rr.ss, rr.ts, rr.latsy, rr.co,
+                  lat_letter, f_lat);
+  spg.spg_symb = "unknown";
+  spg.hall = "unknown";
+  spg.laue.clear();
+  spg.crystal_sys.clear();
+  spg.info = "Fixed";
+  spg.setting = "Non-Conventional (user-given operators)";
+  return true;
+}
+
+bool road_gen(Space_Group_Type& spg, Road_Result& rr, const std::vector<std::string>* gen,
+              std::optional<int> ngen) {
+  if (gen == nullptr || !ngen) {
+    fail(" Generators should be provided in GEN calling Set_SpaceGroup");
+    return false;
+  }
+  std::vector<std::string> texts = first_generators(*gen, *ngen);
+  for (const std::string& g : texts) {
+    if (!check_generator(g)) return false;
+  }
+  reduced_set_from_generators(rr, texts);
+  spg.spg_symb = "unknown";
+  spg.crystal_sys = system_name(rr.isystem);
+  spg.setting = "Non-Conventional (user-given operators)";
+  return true;
+}
+
+void road_hall(Space_Group_Type& spg, Road_Result& rr, const std::string& spgm, int k) {
+  reduced_set_from_hall(rr, spgm);
+  if (k >= 0) {
+    fill_table_fields(spg, k);
+  } else {
+    spg.hall = trim(fixed(spgm, hall_field_len));
+  }
+  spg.crystal_sys = system_name(rr.isystem);
+  spg.setting = "Generated from Hall symbol";
+}
+
+// Generators of the group for the Hermann-Mauguin reading of a tabulated symbol.
+int num_gen_of_number(int num) {
+  if (num <= 2) return 0;
+  if ((num >= 3 && num <= 15) || (num >= 75 && num <= 88) || (num >= 143 && num <= 148) ||
+      (num >= 168 && num <= 176)) {
+    return 1;
+  }
+  if (num >= 195) return 3;
+  return 2;
+}
+
+void road_hms(Space_Group_Type& spg, Road_Result& rr, std::string_view spacegen, int k) {
+  bool colon = has_colon(spacegen);
+  if (colon && k >= 0) {
+    reduced_set_from_hall(rr, hall_of_row(k));
+  } else {
+    // TODO(hm-reader): here the Hermann-Mauguin symbol itself (the text before a colon) is to be
+    // read by its own reader, whose operators come in the order of that reader.  Until that reader
+    // is part of the library, a tabulated symbol takes the Hall symbol of its table row.
+    rr.set_num_gen = false;
+    if (k >= 0) {
+      reduced_set_from_hall(rr, hall_of_row(k));
+    } else {
+      err_symm = true;
+      err_symm_mess.clear();
+    }
+    rr.co = {0, 0, 0};
+  }
+  if (k >= 0) {
+    fill_table_fields(spg, k);
+  } else {
+    spg.spg_symb = trim(fixed(adjustl(spacegen), spg_symb_len));
+    spg.num_gen = 0;
+  }
+  spg.crystal_sys = system_name(rr.isystem);
+  if (!colon || k < 0) spg.setting = "IT (Generated from Hermann-Mauguin symbol)";
+  if (k >= 0) {
+    if (!colon) {
+      spg.num_gen = num_gen_of_number(spg.num_spg);
+    } else {
+      spg.setting = "Generated from Hall symbol";
+      spg.num_gen = std::max(0, rr.num_g);
+    }
+  }
+}
+
+bool road_itc(Space_Group_Type& spg, Road_Result& rr, std::string_view spacegen,
+              const std::string& spgm, int k) {
+  std::string gener;
+  if (!get_generators(trim(spgm), gener)) {
+    fail(" Problems in SpaceGroup: " + trim(spgm) +
+         " => the HM symbol or the number is incorrect ");
+    return false;
+  }
+  std::vector<std::string> pieces;
+  std::size_t start = 0;
+  for (std::size_t p = gener.find(';'); p != std::string::npos; p = gener.find(';', start)) {
+    pieces.push_back(adjustl(gener.substr(start, p - start)));
+    start = p + 1;
+  }
+  pieces.push_back(gener.substr(start));
+  reduced_set_from_generators(rr, pieces);
+  if (k >= 0) {
+    fill_table_fields(spg, k);
+    spg.setting = "Generated from explicit IT generators";
+  } else {
+    spg.spg_symb = trim(fixed(adjustl(spacegen), spg_symb_len));
+  }
+  spg.crystal_sys = system_name(rr.isystem);
+  return true;
+}
+
+void fill_common_fields(Space_Group_Type& spg, const Road_Result& rr) {
+  spg.spg_lat = lat_ch;
+  spg.spg_latsy = rr.latsy;
+  int n = std::clamp(nlat, 0, max_lattice_points);
+  spg.num_lat = n;
+  spg.latt_trans.assign(ltr.begin(), ltr.begin() + n);
+  if (rr.ibravl >= 1 && rr.ibravl <= static_cast<int>(latt.size())) {
+    spg.bravais = trim(latt[rr.ibravl - 1]);
+  }
+  if (rr.icentre >= 0 && rr.icentre <= 2) spg.centre = trim(centro[rr.icentre]);
+  spg.centred = rr.icentre;
+  spg.centre_coord = rr.co;
+  spg.num_ops = rr.ng;
+  if (rr.set_num_gen) spg.num_gen = std::max(0, rr.num_g);
+}
+
+// Whether one of the operators 2..ng has a rotation of hexagonal form.
+bool hexagonal_form(const Road_Result& rr) {
+  for (int i = 1; i < rr.ng; ++i) {
+    const Mat3i& m = rr.ss[i];
+    for (int col = 0; col < 2; ++col) {
+      if (std::abs(m[0][col]) + std::abs(m[1][col]) + std::abs(m[2][col]) > 1) return true;
+    }
+  }
+  return false;
+}
+
+// symop: the reduced set, its inverted copies, then one block per centring vector.
+void expand_operators(Space_Group_Type& spg, const Road_Result& rr, bool fixed_list) {
+  int ng = rr.ng;
+  int nl = std::max(1, spg.num_lat);
+  if (fixed_list) {
+    spg.multip = ng;
+  } else {
+    spg.multip = (spg.centred == 1) ? ng * nl : 2 * ng * nl;
+  }
+  spg.symop.assign(spg.multip, Sym_Oper_Type{});
+  for (int i = 0; i < ng; ++i) spg.symop[i] = {rr.ss[i], rr.ts[i]};
+  if (!fixed_list) {
+    int m = ng;
+    if (spg.centred != 1) {
+      Vec3 twice{2 * spg.centre_coord[0], 2 * spg.centre_coord[1], 2 * spg.centre_coord[2]};
+      for (int i = 0; i < ng; ++i) {
+        Sym_Oper_Type& op = spg.symop[ng + i];
+        for (int r = 0; r < 3; ++r) {
+          for (int c = 0; c < 3; ++c) op.rot[r][c] = -rr.ss[i][r][c];
+        }
+        op.tr = modulo_lat(
+            Vec3{twice[0] - rr.ts[i][0], twice[1] - rr.ts[i][1], twice[2] - rr.ts[i][2]});
+      }
+      m = 2 * ng;
+    }
+    for (int l = 1; l < nl; ++l) {
+      const Vec3& lv = spg.latt_trans[l];
+      for (int j = 0; j < m; ++j) {
+        const Sym_Oper_Type& src = spg.symop[j];
+        Sym_Oper_Type& op = spg.symop[l * m + j];
+        op.rot = src.rot;
+        op.tr = modulo_lat(Vec3{src.tr[0] + lv[0], src.tr[1] + lv[1], src.tr[2] + lv[2]});
+      }
+    }
+  }
+  spg.symop_symb.resize(spg.multip);
+  for (int i = 0; i < spg.multip; ++i) {
+    spg.symop_symb[i] = get_symsymbi(spg.symop[i].rot, spg.symop[i].tr);
+  }
+}
+
+// TODO(naming): naming of a group made from generators: the Hall symbol of its operators is looked
+// up in the table of settings, and on a hit the group takes the number, symbols and classes of that
+// row.  The generator-to-Hall-symbol analysis is not part of the library yet; until it is, the
+// group keeps the name "unknown".
+void name_group_from_generators(Space_Group_Type& /*spg*/) {}
+
+Vec3 fractional_part(const Vec3& v) {
+  Vec3 r{};
+  for (int i = 0; i < 3; ++i) {
+    float u = v[i] + 10.0f;
+    r[i] = u - std::trunc(u);
+  }
+  return r;
+}
+
+bool holds_text(const std::vector<std::string>& list, const std::string& text) {
+  return std::any_of(list.begin(), list.end(),
+                     [&](const std::string& s) { return same_text(s, text); });
+}
+
+// The positions of one special orbit from its representative, without centring.
+void expand_orbit(const Space_Group_Type& spg, std::string_view representative,
+                  Wyckoff_Site_Type& orb) {
+  orb.str_orbit.clear();
+  orb.norb = 0;
+  if (is_blank(representative)) return;
+  orb.str_orbit.push_back(trim(adjustl(representative)));
+  orb.norb = 1;
+  Mat3r w{};
+  Vec3 t{};
+  read_xsym(representative, 1, w, t, false);
+  int nrep = spg.multip / std::max(1, spg.num_lat);
+  for (int j = 1; j < nrep; ++j) {
+    const Sym_Oper_Type& op = spg.symop[j];
+    Mat3r w1{};
+    Vec3 t1{};
+    for (int r = 0; r < 3; ++r) {
+      for (int c = 0; c < 3; ++c) {
+        for (int q = 0; q < 3; ++q) w1[r][c] += static_cast<float>(op.rot[r][q]) * w[q][c];
+      }
+      t1[r] = static_cast<float>(op.rot[r][0]) * t[0] + static_cast<float>(op.rot[r][1]) * t[1] +
+              static_cast<float>(op.rot[r][2]) * t[2] + op.tr[r];
+    }
+    t1 = fractional_part(t1);
+    std::string text = get_symsymbr(w1, t1);
+    if (holds_text(orb.str_orbit, text)) continue;
+    bool seen = false;
+    for (int l = 1; l < spg.num_lat && !seen; ++l) {
+      const Vec3& lv = spg.latt_trans[l];
+      Vec3 t2 = fractional_part(Vec3{t1[0] + lv[0], t1[1] + lv[1], t1[2] + lv[2]});
+      seen = holds_text(orb.str_orbit, get_symsymbr(w1, t2));
+    }
+    if (seen || orb.norb >= max_orbit_positions) continue;
+    orb.str_orbit.push_back(trim(adjustl(text)));
+    ++orb.norb;
+  }
+}
+
+void attach_special_orbits(Space_Group_Type& spg) {
+  std::string key = fixed(spg.spg_symb, hm_len);
+  const auto& rows = wyckoff_info();
+  auto row = std::find_if(rows.begin(), rows.end(),
+                          [&](const Wyck_Info_Type& w) { return same_text(w.hm, key); });
+  if (row == rows.end()) return;
+  int norbit = std::clamp(row->norbit, 0, max_orbits);
+  spg.wyckoff.num_orbit = norbit;
+  spg.wyckoff.orbit.assign(norbit, Wyckoff_Site_Type{});
+  for (int i = 0; i < norbit; ++i) {
+    Wyckoff_Site_Type& orb = spg.wyckoff.orbit[i];
+    expand_orbit(spg, row->orbit[i], orb);
+    orb.multp = spg.num_lat * orb.norb;
+  }
+}
+
+// P M M M becomes P m m m; F D -3 M:1 becomes F d -3 m:1.
+void lower_symbol_case(std::string& symb) {
+  std::size_t end = std::min(symb.find(':'), symb.size());
+  for (std::size_t i = 1; i < end; ++i) {
+    if (symb[i] >= 'A' && symb[i] <= 'Z') symb[i] = static_cast<char>(symb[i] - 'A' + 'a');
+  }
+}
+
+}  // namespace
+
+void set_spacegroup(std::string_view spacegen, Space_Group_Type& spacegroup,
+                    const std::vector<std::string>* gen, std::optional<int> ngen,
+                    std::optional<std::string_view> mode, bool force_hall) {
+  spacegroup = Space_Group_Type{};
+  init_err_symm();
+  set_spgr_info();
+  set_wyckoff_info();
+
+  Road_Choice rc;
+  rc.spgm = u_case(fixed(adjustl(spacegen), spgm_len));
+  const std::string spgmc = rc.spgm;
+  bool chosen = mode ? choose_road_from_mode(rc, *mode, spgmc)
+                     : choose_road_from_text(rc, gen != nullptr, force_hall);
+  if (!chosen) return;
+
+  Road_Result rr;
+  bool ok = true;
+  if (rc.opcion == "FIX") {
+    ok = road_fix(spacegroup, rr, spacegen, gen, ngen);
+  } else if (rc.opcion == "GEN") {
+    ok = road_gen(spacegroup, rr, gen, ngen);
+  } else if (rc.opcion == "HAL") {
+    road_hall(spacegroup, rr, rc.spgm, rc.k);
+  } else if (rc.opcion == "HMS") {
+    road_hms(spacegroup, rr, spacegen, rc.k);
+  } else if (rc.opcion == "ITC") {
+    ok = road_itc(spacegroup, rr, spacegen, rc.spgm, rc.k);
+  } else {
+    fail(" Problems in SpaceGroup");
+    return;
+  }
+  if (!ok) return;
+  fill_common_fields(spacegroup, rr);
+
+  if (err_symm) {
+    if (is_blank(err_symm_mess)) err_symm_mess = mess_generic;
+    return;
+  }
+  spacegroup.hexa_axes = hexagonal_form(rr);
+  hexa = spacegroup.hexa_axes;
+  bool fixed_list = (rc.opcion == "FIX");
+  expand_operators(spacegroup, rr, fixed_list);
+  if (rc.k < 0) {
+    get_laue_pg(spacegroup, spacegroup.laue, spacegroup.pg);
+    spacegroup.laue = trim(spacegroup.laue);
+    spacegroup.pg = trim(spacegroup.pg);
+  }
+  if (rr.icentre == 0 && rr.ng < spacegroup.multip) {
+    spacegroup.centre = trim(spacegroup.centre) + "  Gen(-1):" + spacegroup.symop_symb[rr.ng];
+  }
+  if (rc.opcion == "GEN") name_group_from_generators(spacegroup);
+  if (!is_blank(spacegroup.spg_symb)) {
+    attach_special_orbits(spacegroup);
+    lower_symbol_case(spacegroup.spg_symb);
+  }
+}
+
+}  // namespace velmoria

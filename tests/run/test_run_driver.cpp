@@ -1,0 +1,158 @@
+// Whole runs through the run function: the stops of a run and the reader's refusals of
+// bad input, compared line by line with text worked out from the layouts.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "run/run_driver.hpp"
+#include "support/numeric.hpp"
+
+namespace velmoria {
+namespace {
+
+const std::string result_head =
+    "  \n"
+    "\n"
+    "   +++++++++++++++++++++++++++++++++++++++++++++++++++++\n"
+    "   +++ PROGRAM:Velmoria (Version 5.00, July 2016)    +++\n"
+    "   +++++++++++++++++++++++++++++++++++++++++++++++++++++\n"
+    "\n"
+    "  The calculation of the IRREPS of the little group is based in \n"
+    "  the procedure of ZAK provided within the program LORSK       \n"
+    "  \n";
+
+const std::string block_head =
+    "   -------------------------------\n"
+    "   Output of Velmoria for Tarnweld\n"
+    "   -------------------------------\n"
+    "   The group of lines starting with the symbol of space groups and \n"
+    "   finishing with the last keyword BASI, may be pasted into the RCF file\n"
+    "  \n";
+
+Run_Output run_text(const std::string& text) { return run_velmoria({"test", text, ""}); }
+
+std::vector<std::string> lines_of(const std::string& text) {
+  std::vector<std::string> lines;
+  std::size_t start = 0;
+  while (start < text.size()) {
+    const std::size_t end = text.find('\n', start);
+    lines.push_back(text.substr(start, end - start));
+    start = end == std::string::npos ? text.size() : end + 1;
+  }
+  return lines;
+}
+
+void expect_same_lines(const std::string& actual, const std::string& expected) {
+  const auto a = lines_of(actual);
+  const auto e = lines_of(expected);
+  for (std::size_t i = 0; i < std::min(a.size(), e.size()); ++i) {
+    EXPECT_EQ(a[i], e[i]) << "line " << i + 1;
+  }
+  EXPECT_EQ(a.size(), e.size());
+}
+
+TEST(RunDriver, MissingControlFileStopsForWantOfASpaceGroup) {
+  const Run_Output out = run_velmoria({"nosuchfile", std::nullopt, ""});
+  expect_same_lines(out.result, result_head +
+                                    " => No information on space group is given, please provide "
+                                    "SPGR/GEN before KVEC !\n");
+  EXPECT_EQ(out.block, block_head);
+  EXPECT_EQ(out.console, "");
+}
+
+TEST(RunDriver, NoKvecStopsAfterTheEchoLines) {
+  const Run_Output out = run_text(
+      "TITLE  Cobalt oxide test\n"
+      "! a comment line\n"
+      "spgr P 21/c\n"
+      "SHORT_OUTPUT\n");
+  const std::string stop = " => Calculation of IRreps omitted ... no KVEC keyword given! \n";
+  expect_same_lines(out.result,
+                    result_head + " => Title:Cobalt oxide test\n" +
+                        " => Symbol of the space group: P 21/c\n"
+                        " => The given space group P 21/c is standard, IT generators will be used \n"
+                        " => List of space group generators:  -x,y+1/2,-z+1/2; -x,-y,-z\n"
+                        " => Short output selected. \n" +
+                        stop);
+  EXPECT_EQ(out.console, stop);
+  EXPECT_EQ(out.block, block_head);
+}
+
+TEST(RunDriver, KvecIsRoundedToFractionsAndLabelled) {
+  const Run_Output out = run_text(
+      "GEN  x+1/2,y+1/2,z; -x,-y,z\n"
+      "kvec  0.333 -0.3331 0.2 X\n");
+  const auto lines = lines_of(out.result);
+  // The fractions within 0.001 become single-precision fractions; 0.2 stays as read.
+  EXPECT_NE(std::find(lines.begin(), lines.end(), " => Propagation vector:   0.3333 -0.3333  0.2000"),
+            lines.end());
+  EXPECT_NE(std::find(lines.begin(), lines.end(), " => BZ-point labelled as  X"), lines.end());
+  EXPECT_NE(std::find(lines.begin(), lines.end(),
+                      " => List of space group generators: x+1/2,y+1/2,z; -x,-y,z"),
+            lines.end());
+  EXPECT_EQ(lines.back(), " => Calculation of basis functions omitted ... no ATOM keywords given! ");
+  EXPECT_EQ(out.console,
+            " => Calculation of basis functions omitted ... no ATOM keywords given! \n"
+            " => Normal End ... Results in file: test.vmr\n");
+}
+
+TEST(RunDriver, TheTwoHundredAndFiftyFirstSiteIsRefused) {
+  std::string text = "SPGR P 1\nKVEC 0 0 0 GM\n";
+  for (int i = 0; i < 251; ++i) text += "ATOM A" + std::to_string(i % 10) + " X 0.1 0.2 0.3\n";
+  const Run_Output out = run_text(text);
+  const auto lines = lines_of(out.result);
+  const auto at = std::find(lines.begin(), lines.end(), " => No. of sites:  251");
+  ASSERT_NE(at, lines.end());
+  ASSERT_GE(lines.end() - at, 4);
+  EXPECT_EQ(at[1], " ");
+  EXPECT_EQ(at[2], " => Too many sites! Diminish the input number of atoms!");
+  EXPECT_EQ(at[3], " => The number of sites is limited to: 250");
+  EXPECT_EQ(lines.back(), " => Calculation of basis functions omitted ... too many atoms given! ");
+}
+
+TEST(RunDriver, UnreadableNumbersEndTheRunWithAMessage) {
+  struct Case {
+    std::string text, message;
+  };
+  const std::vector<Case> cases = {
+      {"SPGR P 1\nKVEC 0.5 half 0 X\n",
+       " => Error reading the three components of the propagation vector in: KVEC 0.5 half 0 X"},
+      {"SPGR P 1\nKVEC 0.5\n",
+       " => Error reading the three components of the propagation vector in: KVEC 0.5"},
+      {"SPGR P 1\nKVEC 0 0 0 GM\nSUBL Fe many\n",
+       " => Error reading the number of atoms in: SUBL Fe many"},
+      {"SPGR P 1\nKVEC 0 0 0 GM\nSUBL Fe 49\n",
+       " => Too many atoms in SUBL Fe: at most 48 atoms a site"},
+      {"SPGR P 1\nKVEC 0 0 0 GM\n" + std::string(2531, 'x') + "\n",
+       " => Line 3 of the control file is longer than 2530 characters"},
+      {"SPGR P 1\nLITTLE_GROUP 49 2 1 1\nKVEC 0 0 0 GM\n",
+       " => Error! A supplied block may hold at most 48 operators and 48 representations: "
+       "LITTLE_GROUP 49 2 1 1"},
+      {"SPGR P 1\nLITTLE_GROUP 2 2 1 49\nKVEC 0 0 0 GM\n",
+       " => Error! Dimensions of supplied representations must be 1 to 48: LITTLE_GROUP 2 2 1 49"},
+  };
+  for (const Case& c : cases) {
+    const Run_Output out = run_text(c.text);
+    const auto lines = lines_of(out.result);
+    ASSERT_FALSE(lines.empty());
+    EXPECT_EQ(lines.back(), c.message);
+    EXPECT_EQ(out.console, c.message + "\n");
+  }
+  EXPECT_EQ(epss_val(), 1.0e-5f) << "a stopped run leaves the tolerance as it found it";
+}
+
+TEST(RunDriver, SublPositionsThatCannotBeReadAreReported) {
+  const Run_Output out = run_text(
+      "SPGR P 1\nKVEC 0 0 0 GM\n"
+      "SUBL Fe 2\n"
+      "    0.1 0.2 0.3\n");
+  const auto lines = lines_of(out.result);
+  EXPECT_NE(std::find(lines.begin(), lines.end(),
+                      "  ERROR! -> exception occurred when reading sublattice positions "),
+            lines.end());
+  EXPECT_EQ(lines.back(), " => Calculation of basis functions omitted ... no ATOM keywords given! ");
+}
+
+}  // namespace
+}  // namespace velmoria

@@ -1,0 +1,176 @@
+// Tolerance tests, nearest integers, reduction into the cell, determinants and traces.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <vector>
+
+#include "support/numeric.hpp"
+
+namespace velmoria {
+namespace {
+
+// Restores the default tolerances whatever a test did to them.
+struct ToleranceGuard {
+  ~ToleranceGuard() {
+    set_epsg_default();
+    set_epsg_dp(1.0e-12);
+  }
+};
+
+TEST(Numeric, ToleranceGlobals) {
+  ToleranceGuard guard;
+  EXPECT_FLOAT_EQ(epss_val(), 1.0e-5F);
+  EXPECT_DOUBLE_EQ(ep_ss_val(), 1.0e-12);
+  set_epsg_dp(1.0e-8);
+  set_epsg_sp(0.002F);
+  EXPECT_FLOAT_EQ(epss_val(), 0.002F);
+  set_epsg_default();
+  EXPECT_FLOAT_EQ(epss_val(), 1.0e-5F);
+  EXPECT_DOUBLE_EQ(ep_ss_val(), 1.0e-8);  // the default of the single tolerance only
+}
+
+TEST(Numeric, ErrorPairIsCleared) {
+  err_mathgen = true;
+  err_mathgen_mess = "singular";
+  init_err_mathgen();
+  EXPECT_FALSE(err_mathgen);
+  EXPECT_TRUE(err_mathgen_mess.empty());
+}
+
+TEST(Numeric, NearestIntegerRoundsHalvesAwayFromZero) {
+  EXPECT_EQ(nint(2.5F), 3);
+  EXPECT_EQ(nint(-2.5F), -3);
+  EXPECT_EQ(nint(2.4999F), 2);
+  EXPECT_EQ(nint(-0.4F), 0);
+  EXPECT_EQ(nint(0.5), 1);
+  EXPECT_EQ(nint(-1.5), -2);
+  // Beyond 32 bits the value is held at the limit, and not-a-number gives 0.
+  EXPECT_EQ(nint(1.0e10F), std::numeric_limits<int>::max());
+  EXPECT_EQ(nint(-1.0e10), std::numeric_limits<int>::min());
+  EXPECT_EQ(nint(std::nanf("")), 0);
+}
+
+TEST(Numeric, IntegerTestDependsOnTolerance) {
+  ToleranceGuard guard;
+  EXPECT_FALSE(zbelongn(0.9999F));  // 1.0e-4 from 1 exceeds 1.0e-5
+  EXPECT_TRUE(zbelongn(-3.000001F));
+  set_epsg_sp(0.002F);
+  EXPECT_TRUE(zbelongn(0.9999F));
+  EXPECT_TRUE(zbelongn(-1.9985F));
+  EXPECT_FALSE(zbelongn(0.997F));
+  set_epsg_sp(0.4F);
+  EXPECT_FALSE(zbelongn(0.5F));
+  EXPECT_FALSE(zbelongn(-0.5F));
+}
+
+TEST(Numeric, IntegerTestOutsideThirtyTwoBits) {
+  // Values whose nearest integer a 32-bit integer cannot hold are not taken as integers.
+  EXPECT_FALSE(zbelongn(3.0e9F));
+  EXPECT_FALSE(zbelongn(-1.0e20F));
+  EXPECT_FALSE(zbelongn(std::numeric_limits<float>::infinity()));
+  EXPECT_FALSE(zbelongn(std::nanf("")));
+  EXPECT_TRUE(zbelongn(2147483520.0F));  // the largest float below 2^31
+  EXPECT_FALSE(zbelongn_dp(1.0e12));
+}
+
+TEST(Numeric, VectorIntegerTest) {
+  ToleranceGuard guard;
+  EXPECT_TRUE(zbelongv(std::vector<float>{}));
+  EXPECT_TRUE(zbelongv(std::vector<float>{1.0F, -2.0F, 0.0F}));
+  EXPECT_FALSE(zbelongv(std::vector<float>{1.0F, 0.5F, 0.0F}));
+  set_epsg_sp(0.002F);
+  EXPECT_TRUE(zbelongv(std::vector<float>{0.999F, 0.001F, -1.0015F}));
+  EXPECT_FALSE(zbelongv(std::vector<float>{0.999F, 0.003F, 0.0F}));
+}
+
+TEST(Numeric, DoublePrecisionIntegerTest) {
+  ToleranceGuard guard;
+  EXPECT_TRUE(zbelongn_dp(2.0 + 1.0e-13));
+  EXPECT_FALSE(zbelongn_dp(2.0 + 1.0e-10));
+  set_epsg_sp(0.5F);  // the single tolerance does not matter here
+  EXPECT_FALSE(zbelongn_dp(0.9999));
+  EXPECT_TRUE(zbelongv_dp(std::vector<double>{}));
+  EXPECT_TRUE(zbelongv_dp(std::vector<double>{3.0, -4.0}));
+  EXPECT_FALSE(zbelongv_dp(std::vector<double>{3.0, -4.000001}));
+}
+
+TEST(Numeric, NegligibleAtTheToleranceItself) {
+  ToleranceGuard guard;
+  EXPECT_TRUE(negligibler(epss_val()));
+  EXPECT_TRUE(negligibler(-epss_val()));
+  EXPECT_FALSE(negligibler(std::nextafter(epss_val(), 1.0F)));
+  set_epsg_sp(0.002F);
+  EXPECT_TRUE(negligibler(0.002F));
+  EXPECT_FALSE(negligibler(0.0021F));
+}
+
+TEST(Numeric, ReductionIntoTheCell) {
+  const Vec3 w = modulo_lat(Vec3{-0.25F, 1.25F, 0.0F});
+  EXPECT_FLOAT_EQ(w[0], 0.75F);
+  EXPECT_FLOAT_EQ(w[1], 0.25F);
+  EXPECT_FLOAT_EQ(w[2], 0.0F);
+  // Whole cells vanish; below -10 the remainder keeps the negative sign.
+  const std::vector<float> u = {-3.0F, 5.5F, -10.5F, -9.75F};
+  const std::vector<float> r = modulo_lat(u);
+  ASSERT_EQ(r.size(), 4U);
+  EXPECT_FLOAT_EQ(r[0], 0.0F);
+  EXPECT_FLOAT_EQ(r[1], 0.5F);
+  EXPECT_FLOAT_EQ(r[2], -0.5F);
+  EXPECT_FLOAT_EQ(r[3], 0.25F);
+  EXPECT_TRUE(modulo_lat(std::vector<float>{}).empty());
+}
+
+TEST(Numeric, EqualityOfLeadingBlocks) {
+  const Mat3i a = {{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
+  Mat3i b = a;
+  b[2][2] = -1;
+  EXPECT_TRUE(equal_matrix_i(a, b, 2));
+  EXPECT_FALSE(equal_matrix_i(a, b, 3));
+  EXPECT_TRUE(equal_matrix_i(a, b, 0));
+  EXPECT_TRUE(equal_matrix_i(a, b, -1));
+
+  const std::vector<int> u = {1, 2, 3};
+  const std::vector<int> v = {1, 2, 4};
+  EXPECT_TRUE(equal_vector_i(u, v, 2));
+  EXPECT_FALSE(equal_vector_i(u, v, 3));
+  EXPECT_TRUE(equal_vector_i(u, v, 0));
+  EXPECT_FALSE(equal_vector_i(u, u, 4));  // beyond the vectors' length
+}
+
+TEST(Numeric, Determinants) {
+  // 1*(0-24) - 2*(0-20) + 3*(0-5) = 1
+  const Mat3i a = {{{1, 2, 3}, {0, 1, 4}, {5, 6, 0}}};
+  EXPECT_EQ(determ_a_i(a), 1);
+  // Exchanging two rows changes the sign.
+  const Mat3i swapped = {{{0, 1, 4}, {1, 2, 3}, {5, 6, 0}}};
+  EXPECT_EQ(determ_a_i(swapped), -1);
+  // A three-fold axis along [111] and the inversion.
+  EXPECT_EQ(determ_a_i(Mat3i{{{0, 0, 1}, {1, 0, 0}, {0, 1, 0}}}), 1);
+  EXPECT_EQ(determ_a_i(Mat3i{{{-1, 0, 0}, {0, -1, 0}, {0, 0, -1}}}), -1);
+
+  EXPECT_FLOAT_EQ(determ_a_r(Mat3r{{{2.0F, 0.0F, 0.0F}, {0.0F, 3.0F, 0.0F}, {0.0F, 0.0F, 0.5F}}}),
+                  3.0F);
+  // 0.5*(2*1-0*1) - 1*(1*1-0*0) + 0 = 0
+  EXPECT_FLOAT_EQ(determ_a_r(Mat3r{{{0.5F, 1.0F, 0.0F}, {1.0F, 2.0F, 0.0F}, {0.0F, 1.0F, 1.0F}}}),
+                  0.0F);
+}
+
+TEST(Numeric, Traces) {
+  EXPECT_EQ(trace_i(Mat3i{{{1, 9, 9}, {9, -2, 9}, {9, 9, 4}}}), 3);
+  EXPECT_FLOAT_EQ(trace_r(Mat3r{{{0.5F, 9, 9}, {9, 0.25F, 9}, {9, 9, 1}}}), 1.75F);
+  // A 2x3 matrix, row by row: a(1,1) + a(2,2) = 1 + 5.
+  const std::vector<int> m23 = {1, 2, 3, 4, 5, 6};
+  EXPECT_EQ(trace_i(m23, 2, 3), 6);
+  // The same storage as a 3x2 matrix: a(1,1) + a(2,2) = 1 + 4.
+  EXPECT_EQ(trace_i(m23, 3, 2), 5);
+  EXPECT_EQ(trace_i(std::vector<int>{}, 0, 0), 0);
+  const std::vector<float> r23 = {0.5F, 7.0F, 7.0F, 7.0F, 1.5F, 7.0F};
+  EXPECT_FLOAT_EQ(trace_r(r23, 2, 3), 2.0F);
+  EXPECT_FLOAT_EQ(trace_r(r23, 0, 3), 0.0F);
+  // Storage shorter than the dimensions claim is never read past its end.
+  EXPECT_EQ(trace_i(std::vector<int>{1, 2, 3, 4}, 3, 3), 1);
+}
+
+}  // namespace
+}  // namespace velmoria

@@ -1,0 +1,343 @@
+// Space groups from Hall symbols: worked symbols, the faults of the text, and a sweep of every
+// tabulated setting checked against the order of its point group and the group axioms.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <set>
+#include <string>
+#include <tuple>
+#include <vector>
+
+#include "symmetry/hall_symbols.hpp"
+#include "symmetry/operator_text.hpp"
+#include "symmetry/records.hpp"
+#include "symmetry/tables.hpp"
+
+namespace velmoria {
+namespace {
+
+struct Hall_Result {
+  int isystem = -1, icentre = -1, ibravl = -1, ng = -1, num_g = -1;
+  std::string latsy;
+  Vec3 co{};
+  std::vector<Mat3i> ss;
+  std::vector<Vec3> ts;
+};
+
+Hall_Result hall(std::string_view symbol) {
+  Hall_Result r;
+  get_so_from_hall(r.isystem, r.icentre, r.ibravl, r.ng, r.ss, r.ts, r.latsy, r.co, r.num_g,
+                   symbol);
+  return r;
+}
+
+void expect_ops(const Hall_Result& r, const std::vector<std::string>& want) {
+  ASSERT_EQ(r.ng, static_cast<int>(want.size()));
+  ASSERT_EQ(r.ss.size(), want.size());
+  for (std::size_t i = 0; i < want.size(); ++i) {
+    Mat3i rot{};
+    Vec3 t{};
+    read_xsym(want[i], 1, rot, t);
+    EXPECT_EQ(r.ss[i], rot) << "entry " << i + 1 << " should be " << want[i];
+    for (int k = 0; k < 3; ++k) EXPECT_NEAR(r.ts[i][k], t[k], 1e-6) << want[i];
+  }
+}
+
+TEST(HallSymbols, TrivialGroups) {
+  Hall_Result r = hall("P 1");
+  EXPECT_FALSE(err_symm);
+  EXPECT_EQ(r.num_g, 1);
+  EXPECT_EQ(r.icentre, 1);
+  EXPECT_EQ(r.latsy, "aP");
+  EXPECT_EQ(r.isystem, 1);
+  expect_ops(r, {"x,y,z"});
+
+  r = hall("-P 1");
+  EXPECT_FALSE(err_symm);
+  EXPECT_EQ(r.icentre, 2);
+  expect_ops(r, {"x,y,z"});
+}
+
+TEST(HallSymbols, MonoclinicSymbols) {
+  Hall_Result r = hall("P 2y");
+  EXPECT_EQ(r.latsy, "mP");
+  expect_ops(r, {"x,y,z", "-x,y,-z"});
+
+  r = hall("-P 2ybc");
+  EXPECT_FALSE(err_symm);
+  EXPECT_EQ(r.icentre, 2);
+  EXPECT_EQ(r.isystem, 2);
+  expect_ops(r, {"x,y,z", "-x,y+1/2,-z+1/2"});
+
+  // Lower case reads as upper case.
+  const Hall_Result lower = hall("  -p 2ybc");
+  EXPECT_EQ(lower.ss, r.ss);
+  EXPECT_EQ(lower.ts, r.ts);
+  EXPECT_EQ(lower.icentre, 2);
+}
+
+TEST(HallSymbols, MirrorAndTwofoldAxis) {
+  const Hall_Result r = hall("P 2 -2");
+  EXPECT_FALSE(err_symm);
+  EXPECT_EQ(r.num_g, 2);
+  EXPECT_EQ(r.latsy, "oP");
+  expect_ops(r, {"x,y,z", "-x,-y,z", "-x,y,z", "x,-y,z"});
+}
+
+TEST(HallSymbols, OrderComesFromTheProducts) {
+  expect_ops(hall("P 4 2"),
+             {"x,y,z", "-y,x,z", "x,-y,-z", "-x,-y,z", "y,x,-z", "y,-x,z", "-x,y,-z", "-y,-x,-z"});
+  expect_ops(hall("P 2 2 3"), {"x,y,z", "-x,-y,z", "x,-y,-z", "z,x,y", "-x,y,-z", "-z,-x,y",
+                               "z,-x,-y", "y,z,x", "-z,x,-y", "-y,-z,x", "y,-z,-x", "-y,z,-x"});
+  const Hall_Result r = hall("I 4bw");
+  EXPECT_EQ(r.latsy, "tI");
+  expect_ops(r, {"x,y,z", "-y,x+1/2,z+1/4", "-x,-y,z", "y,-x+1/2,z+1/4"});
+}
+
+TEST(HallSymbols, ScrewAxisAndOriginShift) {
+  // 31 along z with the default twofold axis ' behind it; the shift (0,0,1/12) leaves the
+  // screw part and moves the translation of -y,-x,-z from 1/2 to 2/3.
+  const Hall_Result r = hall("P 31 2c (0 0 1)");
+  EXPECT_FALSE(err_symm);
+  EXPECT_EQ(r.ng, 6);
+  EXPECT_EQ(r.latsy, "hP");
+  EXPECT_EQ(r.isystem, 5);
+  ASSERT_GE(r.ss.size(), 3u);
+  expect_ops(Hall_Result{r.isystem,
+                         r.icentre,
+                         r.ibravl,
+                         3,
+                         r.num_g,
+                         r.latsy,
+                         r.co,
+                         {r.ss.begin(), r.ss.begin() + 3},
+                         {r.ts.begin(), r.ts.begin() + 3}},
+             {"x,y,z", "-y,x-y,z+1/3", "-y,-x,-z+2/3"});
+  // A negative shift component.
+  const Hall_Result m = hall("P 61 2 (0 0 -1)");
+  EXPECT_FALSE(err_symm);
+  EXPECT_EQ(m.ng, 12);
+  EXPECT_EQ(m.isystem, 6);
+  ASSERT_GE(m.ss.size(), 3u);
+  EXPECT_NEAR(m.ts[1][2], 1.0f / 6, 1e-6);    // 61: 2/12 along z, unmoved by the shift
+  EXPECT_NEAR(m.ts[2][2], 10.0f / 12, 1e-6);  // -y,-x,-z: 0 - 1/12 - 1/12
+}
+
+TEST(HallSymbols, CentreOfSymmetryItem) {
+  Hall_Result r = hall("P 2 -1n");
+  EXPECT_FALSE(err_symm);
+  EXPECT_EQ(r.icentre, 0);
+  EXPECT_EQ(r.num_g, 1);
+  EXPECT_EQ(r.co, (Vec3{0.25f, 0.25f, 0.25f}));
+  expect_ops(r, {"x,y,z", "-x,-y,z"});
+
+  r = hall("P 2 -1");
+  EXPECT_FALSE(err_symm);
+  EXPECT_EQ(r.icentre, 2);
+  EXPECT_EQ(r.num_g, 2);
+  expect_ops(r, {"x,y,z", "-x,-y,z", "-x,-y,-z", "x,y,-z"});
+
+  r = hall("P -1");
+  EXPECT_EQ(r.icentre, 2);
+  EXPECT_EQ(r.num_g, 1);
+  expect_ops(r, {"x,y,z"});
+}
+
+TEST(HallSymbols, CubicGroups) {
+  Hall_Result r = hall("F 4d 2 3");
+  EXPECT_FALSE(err_symm);
+  EXPECT_EQ(r.ng, 24);
+  EXPECT_EQ(r.num_g, 3);
+  EXPECT_EQ(r.latsy, "cF");
+  EXPECT_EQ(r.isystem, 7);
+  EXPECT_EQ(nlat, 4);
+  ASSERT_EQ(r.ss.size(), 24u);
+  // Default axes: Z, then X, then the body diagonal *.
+  expect_ops(Hall_Result{0,
+                         0,
+                         0,
+                         4,
+                         0,
+                         "",
+                         {},
+                         {r.ss.begin(), r.ss.begin() + 4},
+                         {r.ts.begin(), r.ts.begin() + 4}},
+             {"x,y,z", "-y+1/4,x+1/4,z+1/4", "x,-y,-z", "z,x,y"});
+
+  // Fd-3m, origin choice 1: the centre lies at (1/8,1/8,1/8); 48 operators with -1.
+  r = hall("F 4d 2 3 -1d");
+  EXPECT_FALSE(err_symm);
+  EXPECT_EQ(r.icentre, 0);
+  EXPECT_EQ(r.num_g, 3);
+  EXPECT_EQ(r.ng, 24);
+  EXPECT_EQ(r.co, (Vec3{0.125f, 0.125f, 0.125f}));
+  EXPECT_EQ(r.ng * 2 * nlat, 192);
+}
+
+TEST(HallSymbols, TrigonalOnHexagonalAndRhombohedralAxes) {
+  Hall_Result r = hall("R 3");
+  EXPECT_FALSE(err_symm);
+  EXPECT_EQ(r.ibravl, 6);
+  EXPECT_EQ(r.latsy, "hR");
+  EXPECT_EQ(nlat, 3);
+  EXPECT_EQ(lat_ch, 'R');
+  expect_ops(r, {"x,y,z", "-y,x-y,z", "-x+y,-x,z"});
+
+  r = hall("-R 3 2\"");
+  EXPECT_FALSE(err_symm);
+  EXPECT_EQ(r.ng, 6);
+  EXPECT_EQ(r.icentre, 2);
+  ASSERT_GE(r.ss.size(), 3u);
+  EXPECT_EQ(r.ss[2], (Mat3i{{{0, 1, 0}, {1, 0, 0}, {0, 0, -1}}}));  // y,x,-z
+
+  r = hall("P 3*");
+  EXPECT_EQ(r.ibravl, 1);
+  EXPECT_EQ(r.isystem, 5);
+  expect_ops(r, {"x,y,z", "z,x,y", "y,z,x"});
+
+  r = hall("P 3* 2");  // the twofold ' behind * is -y,-x,-z
+  EXPECT_EQ(r.ng, 6);
+  ASSERT_GE(r.ss.size(), 3u);
+  EXPECT_EQ(r.ss[2], (Mat3i{{{0, -1, 0}, {-1, 0, 0}, {0, 0, -1}}}));
+}
+
+TEST(HallSymbols, FaultsOfTheText) {
+  hall("Q 2");
+  EXPECT_TRUE(err_symm);
+  EXPECT_EQ(err_symm_mess, " IBRAVL is Equal Zero");
+  hall("");
+  EXPECT_TRUE(err_symm);
+  EXPECT_EQ(err_symm_mess, " IBRAVL is Equal Zero");
+
+  // Faults without a message of their own.
+  for (const char* bad : {"P 5", "P 21", "P 2 2 2 2 2", "P 2 (0 0 1 1)", "P 2 2 3*1", "P 4 4'",
+                          "P 2 2*", "P 3 2 3'", "P  2", "P 2'", "P 3* 2\"", "P 2 -"}) {
+    const Hall_Result r = hall(bad);
+    EXPECT_TRUE(err_symm) << bad;
+    EXPECT_EQ(err_symm_mess, "") << bad;
+    EXPECT_EQ(r.ng, 0) << bad;
+  }
+  // A symbol that is no group: the table passes 24 entries.
+  for (const char* bad : {"P 4 3 -1", "P 6 4x"}) {
+    hall(bad);
+    EXPECT_TRUE(err_symm) << bad;
+    EXPECT_EQ(err_symm_mess, " Dimension of Table exceeded (II)") << bad;
+  }
+  // A symbol that fails leaves nothing behind for the next one.
+  const Hall_Result r = hall("P 2");
+  EXPECT_FALSE(err_symm);
+  EXPECT_EQ(r.ng, 2);
+}
+
+// Order of each point group of the name table, by its index.
+constexpr std::array<int, 42> point_group_order = {
+    1,  2,  2,  2,  4,  4,  4,  4,  4, 8,  // 1 .. mmm
+    4,  4,  8,  8,  8,  8,  8,  16,        // 4 .. 4/mmm
+    3,  6,  6,  6,  12, 6,  6,  12,        // 3 .. -31m
+    6,  6,  12, 12, 12, 12, 12, 24,        // 6 .. 6/mmm
+    12, 24, 24, 24, 48, 24, 48, 12};       // 23 .. m3m, -3m1
+
+int family_system(int pg) {
+  if (pg <= 2) return 1;
+  if (pg <= 5) return 2;
+  if (pg <= 10) return 3;
+  if (pg <= 18) return 4;
+  if (pg <= 26 || pg == 42) return 5;
+  if (pg <= 34) return 6;
+  return 7;
+}
+
+int lattice_points(char letter) {
+  switch (letter) {
+    case 'P':
+      return 1;
+    case 'R':
+      return 3;
+    case 'F':
+      return 4;
+    default:
+      return 2;
+  }
+}
+
+using Key = std::tuple<Mat3i, int, int, int>;
+
+int in_twelfths(float x) {
+  const float y = x * 12.0f;
+  const int n = static_cast<int>(std::lround(y));
+  EXPECT_NEAR(y, static_cast<float>(n), 1e-3) << "translation off the twelfths";
+  return ((n % 12) + 12) % 12;
+}
+
+Key key_of(const Mat3i& r, const Vec3& t) {
+  return {r, in_twelfths(t[0]), in_twelfths(t[1]), in_twelfths(t[2])};
+}
+
+// The whole group as the setup expands it: reduced set, inverted copies about the centre,
+// centring translations.  All entries must differ, and all products must stay in the set.
+void check_group(const Hall_Result& r, const std::string& label) {
+  std::vector<std::pair<Mat3i, Vec3>> all;
+  for (int i = 0; i < r.ng; ++i)
+    all.emplace_back(r.ss[static_cast<std::size_t>(i)], r.ts[static_cast<std::size_t>(i)]);
+  if (r.icentre != 1) {
+    for (int i = 0; i < r.ng; ++i) {
+      Mat3i m{};
+      Vec3 t{};
+      for (int a = 0; a < 3; ++a) {
+        for (int b = 0; b < 3; ++b) m[a][b] = -r.ss[static_cast<std::size_t>(i)][a][b];
+        t[a] = 2 * r.co[a] - r.ts[static_cast<std::size_t>(i)][a];
+      }
+      all.emplace_back(m, t);
+    }
+  }
+  const std::size_t m0 = all.size();
+  for (int l = 1; l < nlat; ++l) {
+    for (std::size_t j = 0; j < m0; ++j) {
+      Vec3 t{};
+      for (int a = 0; a < 3; ++a) t[a] = all[j].second[a] + ltr[static_cast<std::size_t>(l)][a];
+      all.emplace_back(all[j].first, t);
+    }
+  }
+  std::set<Key> keys;
+  for (const auto& [m, t] : all) keys.insert(key_of(m, t));
+  EXPECT_EQ(keys.size(), all.size()) << label << ": repeated operators";
+  for (const auto& [ma, ta] : all) {
+    for (const auto& [mb, tb] : all) {
+      Mat3i m{};
+      Vec3 t{};
+      for (int a = 0; a < 3; ++a) {
+        t[a] = ta[a];
+        for (int b = 0; b < 3; ++b) {
+          t[a] += static_cast<float>(ma[a][b]) * tb[b];
+          for (int c = 0; c < 3; ++c) m[a][b] += ma[a][c] * mb[c][b];
+        }
+      }
+      if (!keys.contains(key_of(m, t))) {
+        ADD_FAILURE() << label << ": a product leaves the group";
+        return;
+      }
+    }
+  }
+}
+
+TEST(HallSymbols, EveryTabulatedSettingGivesItsGroup) {
+  for (const Spgr_Info_Type& row : spgr_info()) {
+    const std::string label = std::to_string(row.n) + " " + std::string(row.hall);
+    const Hall_Result r = hall(row.hall);
+    ASSERT_FALSE(err_symm) << label << ": " << err_symm_mess;
+    const std::string_view h = row.hall;
+    const char letter = h[0] == '-' ? h[1] : h[0];
+    EXPECT_EQ(nlat, lattice_points(letter)) << label;
+    EXPECT_EQ(r.latsy[1], letter) << label;
+    const int order = r.ng * (r.icentre == 1 ? 1 : 2);
+    EXPECT_EQ(order, point_group_order[static_cast<std::size_t>(row.pg) - 1]) << label;
+    EXPECT_EQ(r.isystem, family_system(row.pg)) << label;
+    EXPECT_EQ(r.ss[0], (Mat3i{{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}})) << label;
+    check_group(r, label);
+  }
+}
+
+}  // namespace
+}  // namespace velmoria

@@ -1,0 +1,421 @@
+// Setting up space group records by number, symbol, Hall symbol, generators and fixed lists.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <map>
+#include <set>
+#include <string>
+#include <tuple>
+#include <vector>
+
+#include "support/text.hpp"
+#include "symmetry/records.hpp"
+#include "symmetry/spacegroup_setup.hpp"
+#include "symmetry/tables.hpp"
+
+namespace velmoria {
+namespace {
+
+std::vector<std::string> symbols_of(const Space_Group_Type& g) {
+  return {g.symop_symb.begin(), g.symop_symb.end()};
+}
+
+// An operator as integers: rotation and translation in 24ths reduced to the cell.
+using Op_Key = std::array<int, 12>;
+
+Op_Key key_of(const Mat3i& rot, const Vec3& tr) {
+  Op_Key k{};
+  for (int i = 0; i < 3; ++i) {
+    for (int j = 0; j < 3; ++j) k[3 * i + j] = rot[i][j];
+    int t = static_cast<int>(std::lround(tr[i] * 24.0f)) % 24;
+    k[9 + i] = (t + 24) % 24;
+  }
+  return k;
+}
+
+// The operators of a group form a group modulo the cell: all products are among them, and
+// no operator appears twice.
+void expect_closed_group(const Space_Group_Type& g, const std::string& label) {
+  std::set<Op_Key> keys;
+  for (const auto& op : g.symop) keys.insert(key_of(op.rot, op.tr));
+  EXPECT_EQ(keys.size(), g.symop.size()) << label << ": repeated operators";
+  for (const auto& a : g.symop) {
+    for (const auto& b : g.symop) {
+      Mat3i r{};
+      Vec3 t{};
+      for (int i = 0; i < 3; ++i) {
+        t[i] = a.tr[i];
+        for (int j = 0; j < 3; ++j) {
+          t[i] += static_cast<float>(a.rot[i][j]) * b.tr[j];
+          for (int q = 0; q < 3; ++q) r[i][j] += a.rot[i][q] * b.rot[q][j];
+        }
+      }
+      if (keys.count(key_of(r, t)) == 0) {
+        ADD_FAILURE() << label << ": the group is not closed";
+        return;
+      }
+    }
+  }
+}
+
+// Order of the point group from the Laue class of the table and the centre.
+int point_group_order(const std::string& laue, int centred) {
+  static const std::map<std::string, int> laue_order = {
+      {"-1", 2},     {"2/m", 4},  {"mmm", 8},    {"4/m", 8},   {"4/mmm", 16}, {"-3", 6},
+      {"-3 R", 6},   {"-3m", 12}, {"-3m R", 12}, {"-3m1", 12}, {"-31m", 12},  {"6/m", 12},
+      {"6/mmm", 24}, {"m-3", 24}, {"m-3m", 48},  {"m3", 24},   {"m3m", 48}};
+  auto it = laue_order.find(laue);
+  if (it == laue_order.end()) return -1;
+  return centred == 1 ? it->second / 2 : it->second;
+}
+
+// The checks every correctly set up group passes.
+void expect_consistent(const Space_Group_Type& g, const std::string& label) {
+  ASSERT_FALSE(err_symm) << label << ": " << err_symm_mess;
+  int blocks = (g.centred == 1) ? 1 : 2;
+  EXPECT_EQ(g.multip, blocks * g.num_ops * g.num_lat) << label;
+  ASSERT_EQ(static_cast<int>(g.symop.size()), g.multip) << label;
+  ASSERT_EQ(static_cast<int>(g.symop_symb.size()), g.multip) << label;
+  EXPECT_EQ(g.symop_symb[0], "x,y,z") << label;
+  EXPECT_EQ(g.multip / g.num_lat, point_group_order(g.laue, g.centred)) << label;
+  expect_closed_group(g, label);
+}
+
+TEST(SpacegroupSetup, NumberGoesByHallSymbolOfFirstRow) {
+  Space_Group_Type g;
+  set_spacegroup("14", g);
+  ASSERT_FALSE(err_symm) << err_symm_mess;
+  EXPECT_EQ(g.num_spg, 14);
+  EXPECT_EQ(g.spg_symb, "P 1 21/c 1");
+  EXPECT_EQ(g.hall, "-P 2ybc");
+  EXPECT_EQ(g.info, "b1");
+  EXPECT_EQ(g.setting, "Generated from Hall symbol");
+  EXPECT_EQ(g.crystal_sys, "Monoclinic");
+  EXPECT_EQ(g.laue, "2/m");
+  EXPECT_EQ(g.pg, "2/m");
+  EXPECT_EQ(g.spg_lat, 'P');
+  EXPECT_EQ(g.spg_latsy, "mP");
+  EXPECT_EQ(g.num_ops, 2);
+  EXPECT_EQ(g.centred, 2);
+  EXPECT_EQ(g.centre, "Centric (-1 at origin)");
+  EXPECT_EQ(g.num_lat, 1);
+  EXPECT_EQ(g.multip, 4);
+  EXPECT_EQ(g.num_gen, 1);
+  // Reduced set, then the inverted copies.
+  EXPECT_EQ(symbols_of(g),
+            (std::vector<std::string>{"x,y,z", "-x,y+1/2,-z+1/2", "-x,-y,-z", "x,-y+1/2,z+1/2"}));
+  EXPECT_FALSE(hexa);
+  // The symbol of the first row has no special positions in the table.
+  EXPECT_EQ(g.wyckoff.num_orbit, 0);
+  EXPECT_FLOAT_EQ(g.asym_unit[1][0], static_cast<float>(spgr_info()[0].asu[3]) / 24.0f);
+}
+
+TEST(SpacegroupSetup, OriginChoices) {
+  Space_Group_Type g;
+  set_spacegroup("227", g);
+  ASSERT_FALSE(err_symm) << err_symm_mess;
+  EXPECT_EQ(g.num_spg, 227);
+  EXPECT_EQ(g.spg_symb, "F d -3 m");
+  EXPECT_EQ(g.info, "2");
+  EXPECT_EQ(g.num_ops, 24);
+  EXPECT_EQ(g.centred, 2);
+  EXPECT_EQ(g.num_lat, 4);
+  EXPECT_EQ(g.spg_lat, 'F');
+  EXPECT_EQ(g.multip, 192);
+  EXPECT_EQ(g.laue, "m-3m");
+  EXPECT_EQ(g.crystal_sys, "Cubic");
+  EXPECT_GT(g.wyckoff.num_orbit, 0);
+
+  set_spacegroup("227:1", g);
+  ASSERT_FALSE(err_symm) << err_symm_mess;
+  EXPECT_EQ(g.spg_symb, "F d -3 m:1");
+  EXPECT_EQ(g.info, "1");
+  EXPECT_EQ(g.multip, 192);
+  // Origin choice 1: the centre at (1/8,1/8,1/8); the inverted identity carries twice that.
+  EXPECT_EQ(g.centred, 0);
+  EXPECT_FLOAT_EQ(g.centre_coord[0], 0.125f);
+  EXPECT_FLOAT_EQ(g.centre_coord[2], 0.125f);
+  EXPECT_EQ(g.symop_symb[24], "-x+1/4,-y+1/4,-z+1/4");
+  EXPECT_EQ(g.centre, "Centric (-1 not at origin)  Gen(-1):-x+1/4,-y+1/4,-z+1/4");
+  // The block of the first centring vector starts with the shifted identity.
+  EXPECT_EQ(g.latt_trans[1], (Vec3{0.5f, 0.5f, 0}));
+  EXPECT_EQ(g.symop_symb[48], "x+1/2,y+1/2,z");
+  EXPECT_EQ(g.symop_symb[48 + 24], "-x+3/4,-y+3/4,-z+1/4");
+  expect_consistent(g, "227:1");
+
+  // The symbol with a colon goes by the Hall symbol of its row.
+  set_spacegroup("F D -3 M:1", g);
+  ASSERT_FALSE(err_symm) << err_symm_mess;
+  EXPECT_EQ(g.hall, "F 4d 2 3 -1d");
+  EXPECT_EQ(g.setting, "Generated from Hall symbol");
+
+  // A number with a colon and a choice other than 0 or 2 keeps the first row.
+  set_spacegroup("14:1", g);
+  EXPECT_EQ(g.spg_symb, "P 1 21/c 1");
+  set_spacegroup("14:2", g);
+  EXPECT_EQ(g.spg_symb, "P 21/c");
+}
+
+TEST(SpacegroupSetup, SettingTextsOfTheRoads) {
+  Space_Group_Type g;
+  set_spacegroup("P 1", g);
+  ASSERT_FALSE(err_symm);
+  EXPECT_EQ(g.setting, "IT (Generated from Hermann-Mauguin symbol)");
+  EXPECT_EQ(g.multip, 1);
+  EXPECT_EQ(g.num_gen, 0);
+  for (const char* text : {"1", "1:1"}) {
+    set_spacegroup(text, g);
+    ASSERT_FALSE(err_symm);
+    EXPECT_EQ(g.setting, "Generated from Hall symbol") << text;
+    EXPECT_EQ(g.num_ops, 1) << text;
+    EXPECT_EQ(g.multip, 1) << text;
+    EXPECT_EQ(g.centred, 1) << text;
+  }
+  // One of the seven symbols that go by their Hall symbol.
+  set_spacegroup("P N M 21", g);
+  ASSERT_FALSE(err_symm);
+  EXPECT_EQ(g.setting, "Generated from Hall symbol");
+  EXPECT_EQ(g.num_spg, 31);
+  // The forced Hall reading of a tabulated symbol.
+  set_spacegroup("P 21/C", g, nullptr, std::nullopt, std::nullopt, true);
+  ASSERT_FALSE(err_symm);
+  EXPECT_EQ(g.setting, "Generated from Hall symbol");
+  EXPECT_EQ(g.spg_symb, "P 21/c");
+  EXPECT_EQ(g.num_ops, 2);
+}
+
+TEST(SpacegroupSetup, HallSymbols) {
+  Space_Group_Type g;
+  // A Hall symbol in no row: no number, no symbol, classes from the operators.
+  set_spacegroup("P 2 2c", g);
+  ASSERT_FALSE(err_symm) << err_symm_mess;
+  EXPECT_EQ(g.num_spg, 0);
+  EXPECT_TRUE(is_blank(g.spg_symb));
+  EXPECT_EQ(g.hall, "P 2 2C");
+  EXPECT_EQ(g.setting, "Generated from Hall symbol");
+  EXPECT_EQ(g.crystal_sys, "Orthorhombic");
+  EXPECT_EQ(g.laue, "mmm");
+  EXPECT_EQ(g.pg, "222");
+  EXPECT_EQ(g.num_ops, 4);
+  EXPECT_EQ(g.multip, 4);
+  EXPECT_EQ(g.wyckoff.num_orbit, 0);
+  EXPECT_EQ(g.asym_unit[1], (Vec3{1, 1, 1}));
+  expect_consistent(g, "P 2 2c");
+
+  // A Hall symbol of a row, in any case, takes the fields of that row.
+  set_spacegroup("p 2 -2", g);
+  ASSERT_FALSE(err_symm) << err_symm_mess;
+  EXPECT_EQ(g.num_spg, 25);
+  EXPECT_EQ(g.spg_symb, "P m m 2");
+  EXPECT_EQ(g.hall, "P 2 -2");
+  EXPECT_EQ(g.pg, "mm2");
+  EXPECT_EQ(g.num_ops, 4);
+  EXPECT_EQ(g.centred, 1);
+}
+
+TEST(SpacegroupSetup, GeneratorsInTheOrderOfTheClosure) {
+  Space_Group_Type g;
+  std::vector<std::string> gen = {"-x+1/2,-y,z+1/2", "-x,y+1/2,-z+1/2"};
+  set_spacegroup("", g, &gen, 2, "GEN");
+  ASSERT_FALSE(err_symm) << err_symm_mess;
+  EXPECT_EQ(g.num_spg, 0);
+  EXPECT_EQ(g.spg_symb, "unknown");
+  EXPECT_EQ(g.setting, "Non-Conventional (user-given operators)");
+  EXPECT_EQ(g.crystal_sys, "Orthorhombic");
+  EXPECT_EQ(g.laue, "mmm");
+  EXPECT_EQ(g.pg, "222");
+  EXPECT_EQ(g.num_gen, 2);
+  EXPECT_EQ(g.num_ops, 4);
+  EXPECT_EQ(g.multip, 4);
+  EXPECT_EQ(symbols_of(g), (std::vector<std::string>{"x,y,z", "-x+1/2,-y,z+1/2", "-x,y+1/2,-z+1/2",
+                                                     "x+1/2,-y+1/2,-z"}));
+
+  // Centring and inversion among the generators: reduced set, inverted block, C block.
+  gen = {"x+1/2,y+1/2,z", "-x,-y,-z", "-x,y,-z"};
+  set_spacegroup("", g, &gen, 3, "gen");
+  ASSERT_FALSE(err_symm) << err_symm_mess;
+  EXPECT_EQ(g.num_gen, 1);
+  EXPECT_EQ(g.num_ops, 2);
+  EXPECT_EQ(g.centred, 2);
+  EXPECT_EQ(g.spg_lat, 'C');
+  EXPECT_EQ(g.spg_latsy, "mC");
+  EXPECT_EQ(g.num_lat, 2);
+  EXPECT_EQ(symbols_of(g),
+            (std::vector<std::string>{"x,y,z", "-x,y,-z", "-x,-y,-z", "x,-y,z", "x+1/2,y+1/2,z",
+                                      "-x+1/2,y+1/2,-z", "-x+1/2,-y+1/2,-z", "x+1/2,-y+1/2,z"}));
+  expect_consistent(g, "C 2/m from generators");
+
+  // Only the first ngen generators count.
+  set_spacegroup("", g, &gen, 1, "GEN");
+  ASSERT_FALSE(err_symm) << err_symm_mess;
+  EXPECT_EQ(g.num_ops, 1);
+  EXPECT_EQ(g.num_lat, 2);
+
+  // Without a mode, generators are used when the text names no group.
+  gen = {"-x,-y,z"};
+  set_spacegroup("my own group", g, &gen, 1);
+  ASSERT_FALSE(err_symm) << err_symm_mess;
+  EXPECT_EQ(g.spg_symb, "unknown");
+  EXPECT_EQ(g.num_ops, 2);
+}
+
+TEST(SpacegroupSetup, GeneratorErrors) {
+  Space_Group_Type g;
+  set_spacegroup("", g, nullptr, std::nullopt, "GEN");
+  EXPECT_TRUE(err_symm);
+  EXPECT_EQ(err_symm_mess, " Generators should be provided in GEN calling Set_SpaceGroup");
+  std::vector<std::string> gen = {"-x,-y,z", "2x,y,z"};
+  set_spacegroup("", g, &gen, 2, "GEN");
+  EXPECT_TRUE(err_symm);
+  EXPECT_EQ(err_symm_mess,
+            "The matrix corresponding to a generator has a determinant with absolute value "
+            "different of 1.0");
+  EXPECT_TRUE(g.symop.empty());
+  set_spacegroup("", g, nullptr, std::nullopt, "FIX");
+  EXPECT_TRUE(err_symm);
+  EXPECT_EQ(err_symm_mess, " Generators should be provided if FIX option is Used");
+}
+
+TEST(SpacegroupSetup, FixedListStaysAsGiven) {
+  Space_Group_Type g;
+  // Not a group: the list is kept as it is, in its order.
+  std::vector<std::string> ops = {"x,y,z", "-x,-y,z", "-x,y,-z"};
+  set_spacegroup("", g, &ops, 3, "FIX");
+  ASSERT_FALSE(err_symm) << err_symm_mess;
+  EXPECT_EQ(g.multip, 3);
+  EXPECT_EQ(g.num_ops, 3);
+  EXPECT_EQ(g.num_gen, 2);
+  EXPECT_EQ(symbols_of(g), ops);
+  EXPECT_EQ(g.spg_symb, "unknown");
+  EXPECT_EQ(g.hall, "unknown");
+  EXPECT_EQ(g.info, "Fixed");
+  EXPECT_EQ(g.setting, "Non-Conventional (user-given operators)");
+  EXPECT_TRUE(is_blank(g.crystal_sys));
+  EXPECT_EQ(g.num_spg, 0);
+
+  // A pure translation in the list, with a blank symbol: lattice Z, no block added.
+  ops = {"x,y,z", "-x,-y,-z", "x+1/2,y+1/2,z", "-x+1/2,-y+1/2,-z"};
+  set_spacegroup("", g, &ops, 4, "fix");
+  ASSERT_FALSE(err_symm) << err_symm_mess;
+  EXPECT_EQ(g.spg_lat, 'Z');
+  EXPECT_EQ(g.num_lat, 2);
+  EXPECT_EQ(g.multip, 4);
+  // The last operator with the matrix -1 decides the centre: (1/4,1/4,0).
+  EXPECT_EQ(g.centred, 0);
+  EXPECT_EQ(g.centre_coord, (Vec3{0.25f, 0.25f, 0}));
+  EXPECT_EQ(symbols_of(g), ops);
+}
+
+TEST(SpacegroupSetup, TabulatedGenerators) {
+  Space_Group_Type g;
+  set_spacegroup("14", g, nullptr, std::nullopt, "ITC");
+  ASSERT_FALSE(err_symm) << err_symm_mess;
+  EXPECT_EQ(g.setting, "Generated from explicit IT generators");
+  EXPECT_EQ(g.num_spg, 14);
+  EXPECT_EQ(g.multip, 4);
+  EXPECT_EQ(g.centred, 2);
+  expect_consistent(g, "ITC 14");
+
+  set_spacegroup("P 21/c", g, nullptr, std::nullopt, "ITC");
+  ASSERT_FALSE(err_symm) << err_symm_mess;
+  EXPECT_EQ(g.spg_symb, "P 21/c");
+  // Wyckoff a of P 21/c: 0,0,0 and its image under the screw axis, 0,1/2,1/2.
+  ASSERT_GE(g.wyckoff.num_orbit, 1);
+  const Wyckoff_Site_Type& a = g.wyckoff.orbit[0];
+  EXPECT_EQ(a.norb, 2);
+  EXPECT_EQ(a.multp, 2);
+  ASSERT_EQ(a.str_orbit.size(), 2u);
+  EXPECT_EQ(a.str_orbit[0], "0,0,0");
+  EXPECT_EQ(a.str_orbit[1], "0,1/2,1/2");
+
+  set_spacegroup("231", g, nullptr, std::nullopt, "ITC");
+  EXPECT_TRUE(err_symm);
+  EXPECT_EQ(err_symm_mess, " The number of the space group should be in the interval [1,230]");
+  set_spacegroup("Q 9", g, nullptr, std::nullopt, "ITC");
+  EXPECT_TRUE(err_symm);
+  EXPECT_EQ(err_symm_mess,
+            " Problems in SpaceGroup: Q 9 => the HM symbol or the number is incorrect ");
+}
+
+TEST(SpacegroupSetup, ErrorMessages) {
+  Space_Group_Type g;
+  for (const char* text : {"231", "0", "-5"}) {
+    set_spacegroup(text, g);
+    EXPECT_TRUE(err_symm) << text;
+    EXPECT_EQ(err_symm_mess, " Number of Space Group out of limits") << text;
+    EXPECT_TRUE(g.symop.empty());
+  }
+  set_spacegroup("Q 9 X", g);
+  EXPECT_TRUE(err_symm);
+  EXPECT_FALSE(is_blank(err_symm_mess));
+  EXPECT_TRUE(g.symop.empty());
+  set_spacegroup("14", g, nullptr, std::nullopt, "XYZ");
+  EXPECT_TRUE(err_symm);
+  EXPECT_EQ(err_symm_mess, " Problems in SpaceGroup");
+  // A later good call starts from a clean state.
+  set_spacegroup("2", g);
+  EXPECT_FALSE(err_symm);
+  EXPECT_EQ(g.multip, 2);
+}
+
+TEST(SpacegroupSetup, BadInputStaysInBounds) {
+  Space_Group_Type g;
+  std::vector<std::string> ops = {"x,y,z", "-x,-y,z", "x,y,-z"};
+  // More generators announced than given: the list is the limit.
+  set_spacegroup("", g, &ops, 10, "FIX");
+  EXPECT_FALSE(err_symm) << err_symm_mess;
+  EXPECT_EQ(g.multip, 3);
+  set_spacegroup("", g, &ops, -4, "FIX");
+  EXPECT_EQ(g.multip, 0);
+  // More operators than the work lists hold.
+  std::vector<std::string> many(max_setup_ops + 1, "x,y,z");
+  set_spacegroup("", g, &many, max_setup_ops + 1, "FIX");
+  EXPECT_TRUE(err_symm);
+  set_spacegroup(std::string(500, 'P'), g);
+  EXPECT_TRUE(err_symm);
+  set_spacegroup("", g);
+  EXPECT_TRUE(err_symm);
+  set_spacegroup(":::", g);
+  EXPECT_TRUE(err_symm);
+  set_spacegroup("230:7", g);
+  EXPECT_FALSE(err_symm);
+  EXPECT_EQ(g.num_spg, 230);
+}
+
+TEST(SpacegroupSetup, EveryRowByItsHallSymbol) {
+  Space_Group_Type g;
+  const auto& rows = spgr_info();
+  for (const auto& row : rows) {
+    std::string hall = trim(row.hall);
+    set_spacegroup(hall, g);
+    ASSERT_FALSE(err_symm) << hall << ": " << err_symm_mess;
+    EXPECT_EQ(g.num_spg, row.n) << hall;
+    expect_consistent(g, hall);
+  }
+}
+
+TEST(SpacegroupSetup, EveryNumberAndEveryChoice) {
+  Space_Group_Type g;
+  for (int n = 1; n <= 230; ++n) {
+    std::string text = std::to_string(n);
+    set_spacegroup(text, g);
+    ASSERT_FALSE(err_symm) << text << ": " << err_symm_mess;
+    EXPECT_EQ(g.num_spg, n);
+    // The number selects the second origin choice where there are two: no colon remains.
+    EXPECT_EQ(g.spg_symb.find(':'), std::string::npos) << text << " " << g.spg_symb;
+    expect_consistent(g, text);
+  }
+  for (const auto& row : spgr_info()) {
+    if (row.hm.find(':') == std::string_view::npos) continue;
+    std::string symb = trim(row.hm);
+    set_spacegroup(symb, g);
+    ASSERT_FALSE(err_symm) << symb << ": " << err_symm_mess;
+    EXPECT_EQ(g.num_spg, row.n) << symb;
+    EXPECT_EQ(u_case(g.spg_symb), symb);
+    EXPECT_EQ(g.hall, trim(row.hall)) << symb;
+    expect_consistent(g, symb);
+  }
+}
+
+}  // namespace
+}  // namespace velmoria
