@@ -315,6 +315,6 @@ names = (HEADER + "// The name tables, the centring vectors, and the rotations o
          + arr("kov_oh", "std::string_view", 48, oh_kov, 3, 12) + "\n"
          + arr("kov_d6h", "std::string_view", 24, d6_kov, 3, 12)
          + "// clang-format on\n\n"
-         + "thread_local bool err_symtab = false;\nthread_local std::string err_symtab_mess;\n\n"
+         + "constinit thread_local bool err_symtab = false;\nthread_local std::string err_symtab_mess;\n\n"
          + "}  // namespace velmoria\n")
 (out_dir / "tables_names.cpp").write_text(names)

@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "run/steps.hpp"
+#include "support/fractions.hpp"
 #include "support/layout.hpp"
 #include "support/list_read.hpp"
 #include "support/numeric.hpp"
@@ -98,8 +99,9 @@ void Reader::read_supplied_head() {
       stop_with(rs, " => Error! Dimensions of supplied representations must be 1 to 48: " + trim(line));
     }
   }
-  store.ngk = ngk;
-  store.nreps = nreps;
+  int max_dim = 0;
+  for (int d : idim) max_dim = std::max(max_dim, std::abs(d));
+  store.resize(ngk, nreps, max_dim);
   store.idim = idim;
   // The matrices of the block are read with the supplied representations.
 }
@@ -206,8 +208,13 @@ void Reader::atom(const std::string& line) {
   for (int s = 2; s <= norb; ++s) {
     ns = new_site(atcod);
     if (ns == 0) break;
-    const std::size_t last = trim(atcod).size();
-    atcod.replace(last - 1, 1, sput("i1", s));
+    // The sub-orbit number replaces the last character of the code; from 10 on it takes two
+    // columns, cutting the code where the five columns of a site code demand.
+    const std::string number = sput(s < 10 ? "i1" : "i2", s);
+    std::string base = trim(atcod);
+    base.pop_back();
+    base.resize(std::min(base.size(), 5 - number.size()));
+    atcod = fixed(base + number, 5);
     expand_site(rs, prim, atcod, xeqv[str[s - 1] - 1], ns);
   }
   sv.atom_read = true;

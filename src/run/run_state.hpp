@@ -7,19 +7,20 @@
 #include <string>
 #include <vector>
 
-#include "support/numeric.hpp"
+#include "kvector/group_k.hpp"
 #include "lorsk/store.hpp"
+#include "support/numeric.hpp"
 #include "symmetry/records.hpp"
 
 namespace velmoria {
 
 // Limits of a run.
-constexpr int max_sites = 250;            // sites of a run
-constexpr int max_site_atoms = 48;        // atoms of one site
-constexpr int max_little_group_ops = 48;  // operators of the little group
-constexpr int max_irreps = 48;            // irreducible representations
-constexpr int max_orbit_points = 192;     // points of one orbit in the site split
-constexpr int max_split_notes = 10;       // notes on split sites
+constexpr int max_sites = 250;                // sites of a run
+constexpr int max_site_atoms = 48;            // atoms of one site
+constexpr int max_little_group_ops = 48;      // operators of the little group
+constexpr int max_irreps = 48;                // irreducible representations
+constexpr int max_orbit_points = 192;         // points of one orbit in the site split
+constexpr int max_split_notes = 10;           // notes on split sites
 constexpr std::size_t max_line_width = 2530;  // characters of a control-file line
 
 // One site: its atoms, as expanded from an ATOM line or listed by a SUBL line.
@@ -54,7 +55,7 @@ struct symmetry_var {
   std::string list_gen;   // 120
   std::string spaceg;     // 20
   Vec3 vk{};
-  std::vector<Site> sites;  // at most max_sites
+  std::vector<Site> sites;             // at most max_sites
   std::vector<std::string> symm_symb;  // text of each operator of the little group (30)
   std::vector<int> idet;
 };
@@ -62,13 +63,8 @@ struct symmetry_var {
 // Group of the vector, lattice letter and constant tables of the analysis.
 struct mod_velmoria {
   char lat_type = ' ';
+  Group_k_Type gk;  // the star of k and the group of the vector
 };
-
-constexpr std::array<float, 11> frac = {1.0f / 2, 1.0f / 3, 2.0f / 3, 1.0f / 4, 3.0f / 4, 1.0f / 6,
-                                        5.0f / 6, 1.0f / 8, 3.0f / 8, 5.0f / 8, 7.0f / 8};
-constexpr std::array<const char*, 11> frs = {"1/2", "1/3", "2/3", "1/4", "3/4", "1/6",
-                                             "5/6", "1/8", "3/8", "5/8", "7/8"};
-constexpr std::array<char, 11> trs = {'p', 'q', 'r', 's', 't', 'u', 'v', 'w', 'x', 'y', 'z'};
 
 // The output units of a run.
 struct Units {

@@ -1,5 +1,4 @@
-// Seams between the control-file reader and the group machinery.  Steps whose
-// subsystem has not landed yet do nothing and write nothing.
+// The space group of the supplied mode, and the per-site analysis of the site loop.
 #include "run/steps.hpp"
 
 #include "run/control_reader.hpp"
@@ -21,26 +20,7 @@ void setup_supplied_spacegroup(Run_State& rs) {
   }
 }
 
-void compute_little_group_irreps(Run_State&, const std::string&) {}
-
-void write_irrep_tables(Run_State&) {}
-
-void compute_group_of_k(Run_State& rs) { rs.sv.bz = false; }
-
-int split_into_suborbits(Run_State&, const Vec3&, bool, std::vector<Vec3>& xeqv,
-                         std::vector<int>& ind) {
-  xeqv.clear();
-  ind.clear();
-  return 0;
-}
-
-void expand_site(Run_State& rs, int, const std::string&, const Vec3&, int ns) {
-  // Without the little group a site gets no atoms.
-  rs.sv.sites[ns - 1].mult = 0;
-}
-
-void check_listed_site(Run_State&, int) {}
-
+// The analysis of a site joins with the site representations.
 void site_representations(Run_State&, int) {}
 void site_decomposition(Run_State&) {}
 void site_basis_functions(Run_State&, int) {}

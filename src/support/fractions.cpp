@@ -2,6 +2,9 @@
 #include "support/fractions.hpp"
 
 #include <algorithm>
+#include <bit>
+#include <cstdint>
+#include <unordered_map>
 #include <cmath>
 
 #include "support/layout.hpp"
@@ -17,6 +20,8 @@ std::string without_blanks(std::string_view s) {
   std::copy_if(s.begin(), s.end(), std::back_inserter(r), [](char c) { return c != ' '; });
   return r;
 }
+
+std::string fraction_2dig_text(float v);
 
 struct Fraction {
   int num = 0;
@@ -49,9 +54,11 @@ std::string translation_component(float v) {
   return fixed(f, 8);
 }
 
-// "i1" for a one-digit number, "i2" for two digits: each number in as many columns as it has.
-std::string digits_field(int n) {
-  return n < 10 ? "i1" : "i2";
+// The layout of a signed fraction, each number in as many columns as it has digits.
+const char* fraction_layout(int num, int den) {
+  static constexpr const char* layouts[2][2] = {{"a,i1,a,i1", "a,i1,a,i2"},
+                                                {"a,i2,a,i1", "a,i2,a,i2"}};
+  return layouts[num < 10 ? 0 : 1][den < 10 ? 0 : 1];
 }
 
 }  // namespace
@@ -65,18 +72,31 @@ std::string frac_trans_1dig(const Vec3& v) {
 }
 
 std::string get_fraction_2dig(float v) {
+  // Operators of a group ask for the same few values again and again: each text is kept,
+  // keyed by the value and the tolerance in force.
+  thread_local std::unordered_map<std::uint64_t, std::string> known;
+  const std::uint64_t key =
+      (static_cast<std::uint64_t>(std::bit_cast<std::uint32_t>(v)) << 32) |
+      std::bit_cast<std::uint32_t>(epss);
+  if (const auto it = known.find(key); it != known.end()) return it->second;
+  if (known.size() >= 4096) known.clear();
+  std::string text = fraction_2dig_text(v);
+  known.emplace(key, text);
+  return text;
+}
+
+namespace {
+
+std::string fraction_2dig_text(float v) {
   if (zbelongn(v)) {
     const int n = nint(v);
     return without_blanks(v <= 0.0F ? sput("i4", n) : sput("a,i3", "+", n));
   }
   if (const Fraction q = find_fraction(std::abs(v), 24, 24); q.num != 0) {
-    const std::string layout = "a," + digits_field(q.num) + ",a," + digits_field(q.den);
-    return sput(layout, v > 0.0F ? "+" : "-", q.num, "/", q.den);
+    return sput(fraction_layout(q.num, q.den), v > 0.0F ? "+" : "-", q.num, "/", q.den);
   }
   return without_blanks(v <= 0.0F ? sput("f10.4", v) : sput("a,f9.4", "+", v));
 }
-
-namespace {
 
 // One real read from text; on failure err_string is set with the text that failed.
 bool read_real(std::string_view text, float& value) {

@@ -1,12 +1,21 @@
 // Fractions: translations written as small fractions, and fraction text read back.
 #pragma once
 
+#include <array>
 #include <string>
 #include <string_view>
 
 #include "support/numeric.hpp"
 
 namespace velmoria {
+
+// The simple fractions of the analysis, as values, as text and as one letter each: they round
+// the components of k and name translations in Seitz symbols.
+constexpr std::array<float, 11> frac = {1.0f / 2, 1.0f / 3, 2.0f / 3, 1.0f / 4, 3.0f / 4, 1.0f / 6,
+                                        5.0f / 6, 1.0f / 8, 3.0f / 8, 5.0f / 8, 7.0f / 8};
+constexpr std::array<const char*, 11> frs = {"1/2", "1/3", "2/3", "1/4", "3/4", "1/6",
+                                             "5/6", "1/8", "3/8", "5/8", "7/8"};
+constexpr std::array<char, 11> trs = {'p', 'q', 'r', 's', 't', 'u', 'v', 'w', 'x', 'y', 'z'};
 
 // (a,b,c) with fractions of one-digit numerators and denominators.
 std::string frac_trans_1dig(const Vec3& v);

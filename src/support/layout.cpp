@@ -293,7 +293,7 @@ std::string natural_text(const Item& it) {
     case Item::Kind::text:
       break;
   }
-  return it.text;
+  return std::string(it.text());
 }
 
 // ---------------------------------------------------------------- the record
@@ -361,7 +361,7 @@ struct Writer {
 
   void write(const Field& fd, const Item& it) {
     if (it.kind == Item::Kind::text) {
-      place_text(it.text, fd.w);  // a text keeps to the field's columns
+      place_text(it.text(), fd.w);  // a text keeps to the field's columns
       return;
     }
     switch (fd.kind) {
@@ -443,7 +443,7 @@ std::string format_items(const Items& items) {
   for (const Item& it : items) {
     switch (it.kind) {
       case Item::Kind::text:
-        out += it.text;
+        out += it.text();
         break;
       case Item::Kind::integer:
       case Item::Kind::real: {

@@ -16,30 +16,40 @@
 
 namespace velmoria {
 
+// One item of a record.  A text item refers to the caller's text, which lives until the
+// record is written; a temporary text (or a single character) is held by the item itself.
 struct Item {
   enum class Kind { text, integer, real };
   Kind kind = Kind::text;
-  std::string text;
+  std::string_view view;
+  std::string owned;
+  bool has_owned = false;
   std::int64_t ival = 0;
   double rval = 0.0;  // a float is held exactly
+  std::string_view text() const { return has_owned ? std::string_view(owned) : view; }
 };
 using Items = std::vector<Item>;
 
 inline void add_item(Items& items, std::string_view s) {
-  items.push_back({Item::Kind::text, std::string(s), 0, 0.0});
+  items.push_back({Item::Kind::text, s, {}, false, 0, 0.0});
 }
 inline void add_item(Items& items, const std::string& s) { add_item(items, std::string_view(s)); }
+inline void add_item(Items& items, std::string&& s) {
+  items.push_back({Item::Kind::text, {}, std::move(s), true, 0, 0.0});
+}
 inline void add_item(Items& items, const char* s) { add_item(items, std::string_view(s)); }
-inline void add_item(Items& items, char c) { add_item(items, std::string_view(&c, 1)); }
+inline void add_item(Items& items, char c) {
+  items.push_back({Item::Kind::text, {}, std::string(1, c), true, 0, 0.0});
+}
 template <class T>
   requires(std::is_integral_v<T> && !std::is_same_v<T, char> && !std::is_same_v<T, bool>)
 void add_item(Items& items, T v) {
-  items.push_back({Item::Kind::integer, {}, static_cast<std::int64_t>(v), 0.0});
+  items.push_back({Item::Kind::integer, {}, {}, false, static_cast<std::int64_t>(v), 0.0});
 }
 template <class T>
   requires std::is_floating_point_v<T>
 void add_item(Items& items, T v) {
-  items.push_back({Item::Kind::real, {}, 0, static_cast<double>(v)});
+  items.push_back({Item::Kind::real, {}, {}, false, 0, static_cast<double>(v)});
 }
 template <class T, std::size_t N>
 void add_item(Items& items, const std::array<T, N>& a) {
@@ -55,9 +65,10 @@ void add_item(Items& items, std::span<T, E> a) {
 }
 
 template <class... A>
-Items make_items(const A&... a) {
+Items make_items(A&&... a) {
   Items items;
-  (add_item(items, a), ...);
+  items.reserve(sizeof...(A) + 8);
+  (add_item(items, std::forward<A>(a)), ...);
   return items;
 }
 
@@ -70,21 +81,21 @@ std::string format_items(const Items& items);
 
 // Append the records of a layout to an output unit.
 template <class... A>
-void put(std::string& out, std::string_view layout, const A&... a) {
-  out += format_layout(layout, make_items(a...));
+void put(std::string& out, std::string_view layout, A&&... a) {
+  out += format_layout(layout, make_items(std::forward<A>(a)...));
 }
 
 // Append a record of blank-separated items to an output unit.
 template <class... A>
-void put_items(std::string& out, const A&... a) {
-  out += format_items(make_items(a...));
+void put_items(std::string& out, A&&... a) {
+  out += format_items(make_items(std::forward<A>(a)...));
 }
 
 // Internal write: the records of a layout as one text without the final line feed
 // (records after the first are joined by line feeds).
 template <class... A>
-std::string sput(std::string_view layout, const A&... a) {
-  std::string s = format_layout(layout, make_items(a...));
+std::string sput(std::string_view layout, A&&... a) {
+  std::string s = format_layout(layout, make_items(std::forward<A>(a)...));
   if (!s.empty() && s.back() == '\n') s.pop_back();
   return s;
 }

@@ -8,9 +8,9 @@
 
 namespace velmoria {
 
-thread_local float epss = 1.0e-5F;
-thread_local double ep_ss = 1.0e-12;
-thread_local bool err_mathgen = false;
+constinit thread_local float epss = 1.0e-5F;
+constinit thread_local double ep_ss = 1.0e-12;
+constinit thread_local bool err_mathgen = false;
 thread_local std::string err_mathgen_mess;
 
 namespace {

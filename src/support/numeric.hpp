@@ -14,10 +14,10 @@ using Mat3i = std::array<std::array<int, 3>, 3>;  // m[row][column]
 using Mat3r = std::array<std::array<float, 3>, 3>;
 
 // Tolerance of every single-precision test; 1.0e-5 by default.  Global to the thread.
-extern thread_local float epss;
+extern constinit thread_local float epss;
 // Tolerance of the double-precision variants; 1.0e-12.
-extern thread_local double ep_ss;
-extern thread_local bool err_mathgen;
+extern constinit thread_local double ep_ss;
+extern constinit thread_local bool err_mathgen;
 extern thread_local std::string err_mathgen_mess;
 
 void set_epsg_sp(float x);

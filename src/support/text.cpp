@@ -10,7 +10,7 @@
 
 namespace velmoria {
 
-thread_local bool err_string = false;
+constinit thread_local bool err_string = false;
 thread_local std::string err_string_mess;
 
 void init_err_string() {

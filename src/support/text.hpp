@@ -11,7 +11,7 @@
 
 namespace velmoria {
 
-extern thread_local bool err_string;
+extern constinit thread_local bool err_string;
 extern thread_local std::string err_string_mess;
 void init_err_string();
 

@@ -296,4 +296,20 @@ void get_pointgroup_str(int ipg, std::string& text) {
   }
 }
 
+void fill_table_fields(Space_Group_Type& spg, int row) {
+  const Spgr_Info_Type& r = spgr_info()[static_cast<std::size_t>(row - 1)];
+  spg.num_spg = r.n;
+  spg.spg_symb = trim(r.hm);
+  spg.hall = trim(r.hall);
+  get_laue_str(r.laue, spg.laue);
+  spg.laue = trim(spg.laue);
+  get_pointgroup_str(r.pg, spg.pg);
+  spg.pg = trim(spg.pg);
+  spg.info = trim(r.inf_extra);
+  for (std::size_t i = 0; i < 3; ++i) {
+    spg.asym_unit[0][i] = static_cast<float>(r.asu[i]) / 24.0f;
+    spg.asym_unit[1][i] = static_cast<float>(r.asu[i + 3]) / 24.0f;
+  }
+}
+
 }  // namespace velmoria

@@ -32,4 +32,8 @@ int searchop(const Mat3i& sim, int i1, int i2);
 void get_laue_str(int ilaue, std::string& text);
 void get_pointgroup_str(int ipg, std::string& text);
 
+// The fields that a row of the table of settings (1-based) gives to a group record: number,
+// symbols, Laue class, point group, setting choice and asymmetric unit.
+void fill_table_fields(Space_Group_Type& spg, int row);
+
 }  // namespace velmoria

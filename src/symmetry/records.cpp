@@ -15,13 +15,13 @@ constexpr float op_translation_tolerance = 0.0002f;
 const std::array<const char*, 3> centro = {
     "Centric (-1 not at origin)", "Acentric                  ", "Centric (-1 at origin)    "};
 
-thread_local bool err_symm = false;
+constinit thread_local bool err_symm = false;
 thread_local std::string err_symm_mess;
-thread_local bool hexa = false;
-thread_local int inlat = 0;
-thread_local char lat_ch = ' ';
-thread_local std::array<Vec3, max_lattice_points> ltr{};
-thread_local int nlat = 0;
+constinit thread_local bool hexa = false;
+constinit thread_local int inlat = 0;
+constinit thread_local char lat_ch = ' ';
+constinit thread_local std::array<Vec3, max_lattice_points> ltr{};
+constinit thread_local int nlat = 0;
 
 void init_err_symm() {
   err_symm = false;

@@ -74,13 +74,13 @@ struct Lattice_Centring_Type {
 void allocate_lattice_centring(Lattice_Centring_Type& record, int n, bool extended = false);
 
 // Globals of the symmetry library (one set per thread).
-extern thread_local bool err_symm;
+extern constinit thread_local bool err_symm;
 extern thread_local std::string err_symm_mess;
-extern thread_local bool hexa;
-extern thread_local int inlat;
-extern thread_local char lat_ch;
-extern thread_local std::array<Vec3, max_lattice_points> ltr;
-extern thread_local int nlat;
+extern constinit thread_local bool hexa;
+extern constinit thread_local int inlat;
+extern constinit thread_local char lat_ch;
+extern constinit thread_local std::array<Vec3, max_lattice_points> ltr;
+extern constinit thread_local int nlat;
 void init_err_symm();
 // Sets err_symm and the message, cut to the 150 characters of err_symm_mess.
 void set_err_symm(std::string_view message);

@@ -13,7 +13,9 @@
 #include "support/text.hpp"
 #include "symmetry/closure.hpp"
 #include "symmetry/group_class.hpp"
+#include "symmetry/hall_from_generators.hpp"
 #include "symmetry/hall_symbols.hpp"
+#include "symmetry/hm_symbols.hpp"
 #include "symmetry/operator_text.hpp"
 #include "symmetry/tables.hpp"
 
@@ -188,23 +190,6 @@ bool choose_road_from_mode(Road_Choice& rc, std::string_view mode, const std::st
   return true;
 }
 
-// The fields that a table row gives to the record.
-void fill_table_fields(Space_Group_Type& spg, int k) {
-  const Spgr_Info_Type& r = spgr_info()[k];
-  spg.num_spg = r.n;
-  spg.spg_symb = trim(r.hm);
-  spg.hall = trim(r.hall);
-  get_laue_str(r.laue, spg.laue);
-  spg.laue = trim(spg.laue);
-  get_pointgroup_str(r.pg, spg.pg);
-  spg.pg = trim(spg.pg);
-  spg.info = trim(r.inf_extra);
-  for (int i = 0; i < 3; ++i) {
-    spg.asym_unit[0][i] = static_cast<float>(r.asu[i]) / 24.0f;
-    spg.asym_unit[1][i] = static_cast<float>(r.asu[i + 3]) / 24.0f;
-  }
-}
-
 std::string system_name(int isystem) {
   if (isystem < 1 || isystem > static_cast<int>(sys_cry.size())) return {};
   return trim(sys_cry[isystem - 1]);
@@ -287,7 +272,7 @@ bool road_gen(Space_Group_Type& spg, Road_Result& rr, const std::vector<std::str
 void road_hall(Space_Group_Type& spg, Road_Result& rr, const std::string& spgm, int k) {
   reduced_set_from_hall(rr, spgm);
   if (k >= 0) {
-    fill_table_fields(spg, k);
+    fill_table_fields(spg, k + 1);
   } else {
     spg.hall = trim(fixed(spgm, hall_field_len));
   }
@@ -311,20 +296,15 @@ void road_hms(Space_Group_Type& spg, Road_Result& rr, std::string_view spacegen,
   if (colon && k >= 0) {
     reduced_set_from_hall(rr, hall_of_row(k));
   } else {
-    // TODO(hm-reader): here the Hermann-Mauguin symbol itself (the text before a colon) is to be
-    // read by its own reader, whose operators come in the order of that reader.  Until that reader
-    // is part of the library, a tabulated symbol takes the Hall symbol of its table row.
+    // The symbol read by its own rules, without the colon and what follows it.
     rr.set_num_gen = false;
-    if (k >= 0) {
-      reduced_set_from_hall(rr, hall_of_row(k));
-    } else {
-      err_symm = true;
-      err_symm_mess.clear();
-    }
+    std::string_view symbol = spacegen.substr(0, spacegen.find(':'));
+    prepare_lists(rr);
+    get_so_from_hms(rr.isystem, &rr.icentre, rr.ibravl, rr.ng, rr.ss, rr.ts, rr.latsy, symbol);
     rr.co = {0, 0, 0};
   }
   if (k >= 0) {
-    fill_table_fields(spg, k);
+    fill_table_fields(spg, k + 1);
   } else {
     spg.spg_symb = trim(fixed(adjustl(spacegen), spg_symb_len));
     spg.num_gen = 0;
@@ -358,7 +338,7 @@ bool road_itc(Space_Group_Type& spg, Road_Result& rr, std::string_view spacegen,
   pieces.push_back(gener.substr(start));
   reduced_set_from_generators(rr, pieces);
   if (k >= 0) {
-    fill_table_fields(spg, k);
+    fill_table_fields(spg, k + 1);
     spg.setting = "Generated from explicit IT generators";
   } else {
     spg.spg_symb = trim(fixed(adjustl(spacegen), spg_symb_len));
@@ -434,12 +414,6 @@ void expand_operators(Space_Group_Type& spg, const Road_Result& rr, bool fixed_l
     spg.symop_symb[i] = get_symsymbi(spg.symop[i].rot, spg.symop[i].tr);
   }
 }
-
-// TODO(naming): naming of a group made from generators: the Hall symbol of its operators is looked
-// up in the table of settings, and on a hit the group takes the number, symbols and classes of that
-// row.  The generator-to-Hall-symbol analysis is not part of the library yet; until it is, the
-// group keeps the name "unknown".
-void name_group_from_generators(Space_Group_Type& /*spg*/) {}
 
 Vec3 fractional_part(const Vec3& v) {
   Vec3 r{};
@@ -569,7 +543,7 @@ void set_spacegroup(std::string_view spacegen, Space_Group_Type& spacegroup,
   if (rr.icentre == 0 && rr.ng < spacegroup.multip) {
     spacegroup.centre = trim(spacegroup.centre) + "  Gen(-1):" + spacegroup.symop_symb[rr.ng];
   }
-  if (rc.opcion == "GEN") name_group_from_generators(spacegroup);
+  if (rc.opcion == "GEN") get_hallsymb_from_gener(spacegroup);
   if (!is_blank(spacegroup.spg_symb)) {
     attach_special_orbits(spacegroup);
     lower_symbol_case(spacegroup.spg_symb);

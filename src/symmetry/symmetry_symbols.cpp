@@ -16,10 +16,10 @@
 
 namespace velmoria {
 
-thread_local bool err_math3d = false;
+constinit thread_local bool err_math3d = false;
 thread_local std::string err_math3d_mess;
 constexpr float eps_math3d_default = 1.0e-5f;
-thread_local float eps_math3d = eps_math3d_default;
+constinit thread_local float eps_math3d = eps_math3d_default;
 
 void init_err_math3d() {
   err_math3d = false;

@@ -20,9 +20,9 @@ using Vec3i = std::array<int, 3>;
 using Vec2i = std::array<int, 2>;
 
 // Error pair and tolerance of the linear-system solvers below.
-extern thread_local bool err_math3d;
+extern constinit thread_local bool err_math3d;
 extern thread_local std::string err_math3d_mess;
-extern thread_local float eps_math3d;  // 1.0e-5 by default
+extern constinit thread_local float eps_math3d;  // 1.0e-5 by default
 void init_err_math3d();
 // Restores eps_math3d to its default 1.0e-5.
 void set_eps_default();

@@ -91,7 +91,7 @@ extern const std::array<std::string_view, 48> kov_oh;     // 3
 extern const std::array<std::string_view, 24> kov_d6h;    // 3
 
 // Error pair of the tables module.
-extern thread_local bool err_symtab;
+extern constinit thread_local bool err_symtab;
 extern thread_local std::string err_symtab_mess;  // 150
 void init_err_symtab();
 

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "run/run_driver.hpp"
+#include "text_lines.hpp"
 #include "support/numeric.hpp"
 
 namespace velmoria {
@@ -32,24 +33,10 @@ const std::string block_head =
 
 Run_Output run_text(const std::string& text) { return run_velmoria({"test", text, ""}); }
 
-std::vector<std::string> lines_of(const std::string& text) {
-  std::vector<std::string> lines;
-  std::size_t start = 0;
-  while (start < text.size()) {
-    const std::size_t end = text.find('\n', start);
-    lines.push_back(text.substr(start, end - start));
-    start = end == std::string::npos ? text.size() : end + 1;
-  }
-  return lines;
-}
+using testing::lines_of;
 
 void expect_same_lines(const std::string& actual, const std::string& expected) {
-  const auto a = lines_of(actual);
-  const auto e = lines_of(expected);
-  for (std::size_t i = 0; i < std::min(a.size(), e.size()); ++i) {
-    EXPECT_EQ(a[i], e[i]) << "line " << i + 1;
-  }
-  EXPECT_EQ(a.size(), e.size());
+  testing::expect_same_lines("result", actual, expected);
 }
 
 TEST(RunDriver, MissingControlFileStopsForWantOfASpaceGroup) {

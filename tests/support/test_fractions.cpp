@@ -103,3 +103,39 @@ TEST(Fractions, ReadFractionFailures) {
 
 }  // namespace
 }  // namespace velmoria
+
+namespace velmoria {
+namespace {
+
+// The written fraction is the first pair num/den, numerators outside, within the tolerance:
+// checked against that plain search over a fine sweep of values and both tolerances.
+TEST(Fractions, FirstFractionOfTheSearchOrder) {
+  const auto first_pair = [](float v) -> std::string {
+    const float a = std::abs(v);
+    for (int num = 1; num <= 24; ++num) {
+      for (int den = 2; den <= 24; ++den) {
+        if (std::abs(static_cast<float>(num) / static_cast<float>(den) - a) <= epss) {
+          return std::string(v > 0 ? "+" : "-") + std::to_string(num) + "/" + std::to_string(den);
+        }
+      }
+    }
+    return "";
+  };
+  for (float tolerance : {1.0e-5f, 0.002f}) {
+    set_epsg_sp(tolerance);
+    for (int i = -30000; i <= 30000; ++i) {
+      const float v = static_cast<float>(i) / 2399.0f;
+      if (zbelongn(v)) continue;
+      const std::string expected = first_pair(v);
+      if (!expected.empty()) {
+        ASSERT_EQ(get_fraction_2dig(v), expected) << v << " with tolerance " << tolerance;
+      } else {
+        ASSERT_EQ(get_fraction_2dig(v).find('/'), std::string::npos) << v;
+      }
+    }
+  }
+  set_epsg_default();
+}
+
+}  // namespace
+}  // namespace velmoria

@@ -218,9 +218,11 @@ TEST(SpacegroupSetup, GeneratorsInTheOrderOfTheClosure) {
   std::vector<std::string> gen = {"-x+1/2,-y,z+1/2", "-x,y+1/2,-z+1/2"};
   set_spacegroup("", g, &gen, 2, "GEN");
   ASSERT_FALSE(err_symm) << err_symm_mess;
-  EXPECT_EQ(g.num_spg, 0);
-  EXPECT_EQ(g.spg_symb, "unknown");
-  EXPECT_EQ(g.setting, "Non-Conventional (user-given operators)");
+  // The operators make a tabulated setting: the group takes the name of its row.
+  EXPECT_EQ(g.num_spg, 19);
+  EXPECT_EQ(g.spg_symb, "P 21 21 21");
+  EXPECT_EQ(g.hall, "P 2ac 2ab");
+  EXPECT_EQ(g.setting, "Tabulated Setting");
   EXPECT_EQ(g.crystal_sys, "Orthorhombic");
   EXPECT_EQ(g.laue, "mmm");
   EXPECT_EQ(g.pg, "222");
@@ -244,6 +246,8 @@ TEST(SpacegroupSetup, GeneratorsInTheOrderOfTheClosure) {
             (std::vector<std::string>{"x,y,z", "-x,y,-z", "-x,-y,-z", "x,-y,z", "x+1/2,y+1/2,z",
                                       "-x+1/2,y+1/2,-z", "-x+1/2,-y+1/2,-z", "x+1/2,-y+1/2,z"}));
   expect_consistent(g, "C 2/m from generators");
+  EXPECT_EQ(g.num_spg, 12);
+  EXPECT_EQ(g.hall, "-C 2y");
 
   // Only the first ngen generators count.
   set_spacegroup("", g, &gen, 1, "GEN");
@@ -255,8 +259,19 @@ TEST(SpacegroupSetup, GeneratorsInTheOrderOfTheClosure) {
   gen = {"-x,-y,z"};
   set_spacegroup("my own group", g, &gen, 1);
   ASSERT_FALSE(err_symm) << err_symm_mess;
-  EXPECT_EQ(g.spg_symb, "unknown");
+  EXPECT_EQ(g.spg_symb, "P 1 1 2");
   EXPECT_EQ(g.num_ops, 2);
+
+  // A twofold axis through (1/8,0,z) is in no tabulated setting.
+  gen = {"-x+1/4,-y,z"};
+  set_spacegroup("", g, &gen, 1, "GEN");
+  ASSERT_FALSE(err_symm) << err_symm_mess;
+  EXPECT_EQ(g.num_spg, 0);
+  EXPECT_EQ(g.spg_symb, "Unknown");
+  EXPECT_EQ(g.info, "Gen.");
+  EXPECT_EQ(g.setting, "Non-standard Setting");
+  EXPECT_EQ(g.laue, "2/m");
+  EXPECT_EQ(g.crystal_sys, "Monoclinic");
 }
 
 TEST(SpacegroupSetup, GeneratorErrors) {

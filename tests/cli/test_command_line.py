@@ -1,0 +1,111 @@
+#!/usr/bin/env python3
+"""The program as a user meets it: file codes, the prompt, output files, options, exit status."""
+import os
+import subprocess
+import sys
+import tempfile
+
+BANNER = [
+    "  ",
+    "  ",
+    "",
+    "   +++++++++++++++++++++++++++++++++++++++++++++++++++",
+    "   +++ PROGRAM:Velmoria (Version 5.00, July 2016)  +++",
+    "   +++++++++++++++++++++++++++++++++++++++++++++++++++",
+    "",
+    "  ",
+]
+BLOCK = [
+    "   -------------------------------",
+    "   Output of Velmoria for Tarnweld",
+    "   -------------------------------",
+    "   The group of lines starting with the symbol of space groups and ",
+    "   finishing with the last keyword BASI, may be pasted into the RCF file",
+    "  ",
+]
+NO_GROUP = " => No information on space group is given, please provide SPGR/GEN before KVEC !"
+NO_KVEC = " => Calculation of IRreps omitted ... no KVEC keyword given! "
+
+failures = []
+checks = 0
+
+
+def check(condition, what):
+    global checks
+    checks += 1
+    if not condition:
+        failures.append(what)
+        print("FAILED", what)
+
+
+def run(binary, args, cwd, stdin=None):
+    return subprocess.run([binary] + args, cwd=cwd, input=stdin, capture_output=True, text=True,
+                          timeout=60)
+
+
+def lines(path):
+    with open(path) as f:
+        return f.read().split("\n")[:-1]
+
+
+def main():
+    binary = os.path.abspath(sys.argv[1])
+    with tempfile.TemporaryDirectory() as d:
+        # A code whose control file does not exist.
+        r = run(binary, ["nosuchfile"], d)
+        out = r.stdout.split("\n")
+        check(r.returncode == 0, "nosuchfile: exit status 0")
+        check(out[:8] == BANNER, "nosuchfile: banner")
+        check(out[8] == "  => Error opening the input file of code: nosuchfile", "nosuchfile: console message")
+        check(lines(os.path.join(d, "nosuchfile.vmr"))[-1] == NO_GROUP, "nosuchfile: result file ends")
+        check(lines(os.path.join(d, "nosuchfile.tw")) == BLOCK, "nosuchfile: block file")
+
+        # TITLE and SPGR without KVEC, through the prompt, with a comment behind the code.
+        with open(os.path.join(d, "cobalt.vrn"), "w") as f:
+            f.write("TITLE  cobalt\nSPGR  P 21/c\n")
+        with open(os.path.join(d, "cobalt.smb"), "w") as f:
+            f.write("TITLE  not this one\n")
+        r = run(binary, [], d, stdin="cobalt ! the .vrn file wins over .smb\n")
+        check(r.returncode == 0, "prompt: exit status 0")
+        check(" => Code of the Input file (XX for XX.opr or XX.smb): " in r.stdout, "prompt: asked")
+        check(r.stdout.rstrip("\n").split("\n")[-1] == NO_KVEC, "prompt: no KVEC on the console")
+        result = lines(os.path.join(d, "cobalt.vmr"))
+        check(" => Title:cobalt" in result and result[-1] == NO_KVEC, "prompt: .vrn read, stop written")
+
+        # A full name with an extension; outputs named from the part before the dot, replaced.
+        with open(os.path.join(d, "mnf2.data.txt"), "w") as f:
+            f.write("SPGR  P 42/m n m\nKVEC 0 0 0 GM\n")
+        with open(os.path.join(d, "mnf2.vmr"), "w") as f:
+            f.write("old results\n")
+        r = run(binary, ["mnf2.data.txt"], d)
+        check(r.returncode == 0, "full name: exit status 0")
+        check(r.stdout.rstrip("\n").split("\n")[-1] == " => Normal End ... Results in file: mnf2.vmr",
+              "full name: normal end")
+        check("old results" not in lines(os.path.join(d, "mnf2.vmr")), "full name: result replaced")
+
+        # Options.
+        r = run(binary, ["--help"], d)
+        check(r.returncode == 0 and "--group" in r.stdout and "Usage" in r.stdout, "--help")
+        r = run(binary, ["--version"], d)
+        check(r.returncode == 0 and "Velmoria" in r.stdout, "--version")
+        r = run(binary, ["-q"], d)
+        check(r.returncode == 2 and "Usage" in r.stderr and "-q" in r.stderr, "unknown option")
+
+        # Group queries.
+        r = run(binary, ["--group", "227"], d)
+        check(r.returncode == 0 and " =>    General multiplicity: 192" in r.stdout.split("\n"),
+              "--group 227")
+        r = run(binary, ["--group", "231"], d)
+        check(r.returncode == 1 and "Number of Space Group out of limits" in r.stderr, "--group 231")
+        r = run(binary, ["--group", "--gen", "-x+1/2,-y,z+1/2; -x,y+1/2,-z+1/2"], d)
+        ops = [l.split(":")[1].split()[0] for l in r.stdout.split("\n") if l.startswith(" => SYMM(")]
+        check(ops == ["x,y,z", "-x+1/2,-y,z+1/2", "-x,y+1/2,-z+1/2", "x+1/2,-y+1/2,-z"],
+              "--group --gen: the four operators in closure order")
+        r = run(binary, ["--group", "--gen", "x,y"], d)
+        check(r.returncode == 1 and r.stderr.strip() != "", "--group --gen with a bad operator")
+    print(f"command line: {checks - len(failures)} passed, {len(failures)} failed")
+    return 1 if failures else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,399 @@
+// Zak's induction on small groups built here by hand: the representations must multiply like
+// the group up to the phase of the lattice translation, have orthonormal characters and
+// dimensions whose squares add up to the order.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <complex>
+#include <numbers>
+#include <vector>
+
+#include "lorsk/work.hpp"
+#include "lorsk/zak.hpp"
+
+namespace velmoria {
+namespace {
+
+using Cd = std::complex<double>;
+
+// Operator from its rotation (row by row) and translation in 24ths.
+Op4 op(const std::array<int, 9>& r, const std::array<int, 3>& t24) {
+  Op4 m{};
+  for (int i = 0; i < 3; ++i) {
+    for (int j = 0; j < 3; ++j) m[i][j] = r[3 * i + j];
+    m[i][3] = t24[i];
+  }
+  m[3][3] = 1;
+  return m;
+}
+
+Op4 product(const Op4& a, const Op4& b) {
+  Op4 c{};
+  for (int i = 0; i < 4; ++i) {
+    for (int j = 0; j < 4; ++j) {
+      for (int q = 0; q < 4; ++q) c[i][j] += a[i][q] * b[q][j];
+    }
+  }
+  return c;
+}
+
+bool same_rot(const Op4& a, const Op4& b) {
+  for (int i = 0; i < 3; ++i) {
+    for (int j = 0; j < 3; ++j) {
+      if (a[i][j] != b[i][j]) return false;
+    }
+  }
+  return true;
+}
+
+int slot_of(const Lorsk_Work& w, int n, const Op4& x) {
+  for (int s = 1; s <= n; ++s) {
+    if (same_rot(w.SUB[s], x)) return s;
+  }
+  return 0;
+}
+
+// The little group in chain order from its generators: each generator g adds the cosets
+// g^m H at slots j + m h, each element the plain product g times the one of the coset before.
+Lorsk_Work chain(const std::vector<Op4>& gens, const Vec3& k) {
+  Lorsk_Work w;
+  w.k = k;
+  w.SUB[1] = unit_op4();
+  w.IGB[1] = 1;
+  int n = 1;
+  for (const Op4& g : gens) {
+    const int h = n;
+    int p = 1;
+    Op4 power = g;
+    while (slot_of(w, h, power) == 0) {
+      power = product(g, power);
+      ++p;
+    }
+    w.IGB[w.NG + 2] = h + 1;
+    for (int m = 1; m < p; ++m) {
+      for (int j = 1; j <= h; ++j) w.SUB[j + m * h] = product(g, w.SUB[j + (m - 1) * h]);
+    }
+    n = p * h;
+    ++w.NG;
+  }
+  w.N = n;
+  w.ONGB = w.NG;
+  if (w.NG == 0) {
+    w.IGB[2] = 1;
+    w.NG = 1;
+  }
+  w.create_work(n);
+  w.rep1(1, 1, 1, 1, 1) = 1.0f;
+  return w;
+}
+
+Lorsk_Work run_zak(const std::vector<Op4>& gens, const Vec3& k) {
+  Lorsk_Work w = chain(gens, k);
+  init_err_lorsk();
+  zak(w);
+  return w;
+}
+
+Cd element(const Lorsk_Work& w, int a, int b, int nu, int g) {
+  return std::polar(static_cast<double>(w.rep1(a, b, nu, g, w.Z1)),
+                    std::numbers::pi * w.rep2(a, b, nu, g, w.Z1) / 12.0);
+}
+
+Cd character(const Lorsk_Work& w, int nu, int g) {
+  return std::polar(static_cast<double>(w.ch1(nu, g, w.Z1)),
+                    std::numbers::pi * w.ch2(nu, g, w.Z1) / 12.0);
+}
+
+std::vector<int> dimensions(const Lorsk_Work& w) {
+  std::vector<int> d;
+  for (int nu = 1; nu <= w.NREP[w.Z1]; ++nu) d.push_back(w.drep(nu, w.Z1));
+  return d;
+}
+
+// D(a) D(b) = exp(2 pi i k.t) D(c) with a b = (1|t) c; the stored traces are the traces;
+// the characters are orthonormal over the group; the squares of the dimensions add up to N.
+::testing::AssertionResult irreducible_set(const Lorsk_Work& w, double tol = 1.0e-3) {
+  const int N = w.order;
+  const int n = w.NREP[w.Z1];
+  if (err_lorsk) return ::testing::AssertionFailure() << "error: " << err_lorsk_mess;
+  int squares = 0;
+  for (int nu = 1; nu <= n; ++nu) squares += w.drep(nu, w.Z1) * w.drep(nu, w.Z1);
+  if (squares != N) return ::testing::AssertionFailure() << "squares " << squares << " != " << N;
+  for (int nu = 1; nu <= n; ++nu) {
+    const int d = w.drep(nu, w.Z1);
+    for (int a = 1; a <= N; ++a) {
+      Cd trace = 0.0;
+      for (int r = 1; r <= d; ++r) trace += element(w, r, r, nu, a);
+      if (std::abs(trace - character(w, nu, a)) > tol) {
+        return ::testing::AssertionFailure() << "trace of " << nu << " at " << a;
+      }
+      for (int b = 1; b <= N; ++b) {
+        const Op4 ab = product(w.SUB[a], w.SUB[b]);
+        const int c = slot_of(w, N, ab);
+        if (c == 0) return ::testing::AssertionFailure() << "product outside the group";
+        double turns = 0.0;
+        for (int i = 0; i < 3; ++i) turns += (ab[i][3] - w.SUB[c][i][3]) * double{w.k[i]} / 24.0;
+        const Cd phase = std::polar(1.0, 2.0 * std::numbers::pi * turns);
+        for (int r = 1; r <= d; ++r) {
+          for (int s = 1; s <= d; ++s) {
+            Cd x = 0.0;
+            for (int q = 1; q <= d; ++q) x += element(w, r, q, nu, a) * element(w, q, s, nu, b);
+            if (std::abs(x - phase * element(w, r, s, nu, c)) > tol) {
+              return ::testing::AssertionFailure()
+                     << "rep " << nu << ": D(" << a << ") D(" << b << ") != D(" << c << ")";
+            }
+          }
+        }
+      }
+    }
+  }
+  for (int mu = 1; mu <= n; ++mu) {
+    for (int nu = 1; nu <= n; ++nu) {
+      Cd s = 0.0;
+      for (int g = 1; g <= N; ++g) s += std::conj(character(w, mu, g)) * character(w, nu, g);
+      s /= static_cast<double>(N);
+      if (std::abs(s - (mu == nu ? 1.0 : 0.0)) > tol) {
+        return ::testing::AssertionFailure() << "characters " << mu << ", " << nu << ": " << s;
+      }
+    }
+  }
+  return ::testing::AssertionSuccess();
+}
+
+// Rotations.
+constexpr std::array<int, 9> E = {1, 0, 0, 0, 1, 0, 0, 0, 1};
+constexpr std::array<int, 9> I = {-1, 0, 0, 0, -1, 0, 0, 0, -1};
+constexpr std::array<int, 9> C2z = {-1, 0, 0, 0, -1, 0, 0, 0, 1};
+constexpr std::array<int, 9> C2x = {1, 0, 0, 0, -1, 0, 0, 0, -1};
+constexpr std::array<int, 9> C2y = {-1, 0, 0, 0, 1, 0, 0, 0, -1};
+constexpr std::array<int, 9> C4z = {0, -1, 0, 1, 0, 0, 0, 0, 1};
+constexpr std::array<int, 9> C3z = {0, -1, 0, 1, -1, 0, 0, 0, 1};  // hexagonal axes
+constexpr std::array<int, 9> C3d = {0, 0, 1, 1, 0, 0, 0, 1, 0};    // three-fold along [111]
+constexpr std::array<int, 9> C2xy = {0, 1, 0, 1, 0, 0, 0, 0, -1};  // two-fold along [110]
+constexpr std::array<int, 9> Mx = {-1, 0, 0, 0, 1, 0, 0, 0, 1};
+constexpr std::array<int, 9> My = {1, 0, 0, 0, -1, 0, 0, 0, 1};
+constexpr std::array<int, 3> O = {0, 0, 0};
+
+TEST(Zak, TrivialGroupAndInversion) {
+  const Lorsk_Work one = run_zak({}, {0, 0, 0});
+  EXPECT_EQ(one.order, 1);
+  EXPECT_EQ(dimensions(one), std::vector<int>{1});
+  EXPECT_TRUE(irreducible_set(one));
+
+  // -1 at k = 0: characters (1, 1) and (1, -1), in this order.
+  const Lorsk_Work w = run_zak({op(I, O)}, {0, 0, 0});
+  ASSERT_EQ(w.NREP[w.Z1], 2);
+  EXPECT_TRUE(irreducible_set(w));
+  EXPECT_FLOAT_EQ(w.ch1(1, 2, w.Z1), 1.0f);
+  EXPECT_NEAR(w.ch2(1, 2, w.Z1), 0.0f, 1e-4);
+  EXPECT_FLOAT_EQ(w.ch1(2, 2, w.Z1), 1.0f);
+  EXPECT_NEAR(w.ch2(2, 2, w.Z1), 12.0f, 1e-4);
+}
+
+TEST(Zak, ScrewAxisAtTheZoneBoundary) {
+  // 2_1 along z, k = (0,0,1/2): g^2 is the cell translation along c, of phase 12; the two
+  // roots give g the phases 6 and 18.
+  const Lorsk_Work w = run_zak({op(C2z, {0, 0, 12})}, {0, 0, 0.5f});
+  ASSERT_EQ(w.NREP[w.Z1], 2);
+  EXPECT_TRUE(irreducible_set(w));
+  EXPECT_NEAR(w.rep2(1, 1, 1, 2, w.Z1), 6.0f, 1e-4);
+  EXPECT_NEAR(w.rep2(1, 1, 2, 2, w.Z1), 18.0f, 1e-4);
+  // The same axis inside the zone has phases k.t / 2 and that plus a half turn.
+  const Lorsk_Work g = run_zak({op(C2z, {0, 0, 12})}, {0, 0, 0.2f});
+  EXPECT_TRUE(irreducible_set(g));
+  EXPECT_NEAR(g.rep2(1, 1, 1, 2, g.Z1), 2.4f, 1e-4);
+  EXPECT_NEAR(g.rep2(1, 1, 2, 2, g.Z1), 14.4f, 1e-4);
+  // 6_1 as 2_1 and 3_1 along c, inside the zone: products of the roots bring phases just
+  // below a full turn, whose sign must survive the polar form.
+  for (float c : {0.137f, 0.02f, 0.49f}) {
+    SCOPED_TRACE(c);
+    const Lorsk_Work six = run_zak({op(C2z, {0, 0, 12}), op(C3z, {0, 0, 8})}, {0, 0, c});
+    EXPECT_EQ(dimensions(six), std::vector<int>(6, 1));
+    EXPECT_TRUE(irreducible_set(six));
+  }
+}
+
+TEST(Zak, OrbitOfTwoGivesInducedRepresentation) {
+  // P 1 2_1/c 1 at (0,0,1/2): the inversion carries the two representations of the screw
+  // axis into each other, and one representation of dimension 2 results, trace 0 on the coset.
+  const Lorsk_Work w = run_zak({op(C2y, {0, 12, 12}), op(I, O)}, {0, 0, 0.5f});
+  EXPECT_EQ(w.order, 4);
+  EXPECT_EQ(dimensions(w), std::vector<int>{2});
+  EXPECT_TRUE(irreducible_set(w));
+  EXPECT_FLOAT_EQ(w.ch1(1, 3, w.Z1), 0.0f);
+  EXPECT_FLOAT_EQ(w.ch1(1, 4, w.Z1), 0.0f);
+  EXPECT_FLOAT_EQ(w.ch2(1, 3, w.Z1), 0.0f);  // an exact zero has phase 0
+  // At k = 0 the same group is abelian: four representations of dimension 1.
+  const Lorsk_Work z = run_zak({op(C2y, {0, 12, 12}), op(I, O)}, {0, 0, 0});
+  EXPECT_EQ(dimensions(z), (std::vector<int>{1, 1, 1, 1}));
+  EXPECT_TRUE(irreducible_set(z));
+}
+
+TEST(Zak, CyclicGroupOfFourExtendedToFourMM) {
+  // 2 -> 4 -> 4mm at k = 0: the representations i and -i of the four-fold axis form an
+  // orbit under the mirror, the real ones extend.
+  const Lorsk_Work c4 = run_zak({op(C2z, O), op(C4z, O)}, {0, 0, 0});
+  EXPECT_EQ(dimensions(c4), (std::vector<int>{1, 1, 1, 1}));
+  EXPECT_TRUE(irreducible_set(c4));
+  const Lorsk_Work d4 = run_zak({op(C2z, O), op(C4z, O), op(Mx, O)}, {0, 0, 0});
+  EXPECT_EQ(d4.order, 8);
+  EXPECT_TRUE(irreducible_set(d4));
+  std::vector<int> dims = dimensions(d4);
+  std::sort(dims.begin(), dims.end());
+  EXPECT_EQ(dims, (std::vector<int>{1, 1, 1, 1, 2}));
+  // The same with a screw axis 4_2 and a glide, at the zone boundary along c.
+  const Lorsk_Work p42 =
+      run_zak({op(C2z, O), op(C4z, {0, 0, 12}), op(Mx, {12, 12, 0})}, {0, 0, 0.5f});
+  EXPECT_TRUE(irreducible_set(p42));
+}
+
+TEST(Zak, AbelianExtensionAtAGeneralVector) {
+  // mmm-type group of translations-free operators and a product 2 x 2 x 2 at k = 0, and the
+  // abelian screw group 2_1 2_1 2_1 at a general vector of its little group (only E there)
+  // and at (1/2,0,0).
+  const Lorsk_Work mmm = run_zak({op(C2z, O), op(C2x, O), op(I, O)}, {0, 0, 0});
+  EXPECT_EQ(dimensions(mmm), std::vector<int>(8, 1));
+  EXPECT_TRUE(irreducible_set(mmm));
+  const Lorsk_Work p212121 = run_zak({op(C2z, {12, 0, 12}), op(C2x, {12, 12, 0})}, {0.5f, 0, 0});
+  EXPECT_TRUE(irreducible_set(p212121));
+  EXPECT_EQ(dimensions(p212121), std::vector<int>{2});
+  const Lorsk_Work p212121_0 = run_zak({op(C2z, {12, 0, 12}), op(C2x, {12, 12, 0})}, {0, 0, 0});
+  EXPECT_EQ(dimensions(p212121_0), (std::vector<int>{1, 1, 1, 1}));
+  EXPECT_TRUE(irreducible_set(p212121_0));
+}
+
+TEST(Zak, ThreeDimensionalRepresentationExtendsThroughIntertwiner) {
+  // 222 -> 23 -> 432 at k = 0: the three-dimensional representation of 23 is carried into
+  // itself by the two-fold axis along [110] and extends through a non-diagonal U.
+  const Lorsk_Work w = run_zak({op(C2z, O), op(C2x, O), op(C3d, O), op(C2xy, O)}, {0, 0, 0});
+  EXPECT_EQ(w.order, 24);
+  EXPECT_EQ(dimensions(w), (std::vector<int>{1, 1, 2, 3, 3}));
+  EXPECT_TRUE(irreducible_set(w));
+  // With the inversion on top, m-3m: every representation of 432 extends.
+  const Lorsk_Work oh =
+      run_zak({op(C2z, O), op(C2x, O), op(C3d, O), op(C2xy, O), op(I, O)}, {0, 0, 0});
+  EXPECT_EQ(oh.order, 48);
+  EXPECT_EQ(dimensions(oh), (std::vector<int>{1, 1, 1, 1, 2, 2, 3, 3, 3, 3}));
+  EXPECT_TRUE(irreducible_set(oh));
+}
+
+TEST(Zak, NonWholeConjugationPhasesAlongFourFoldScrewAxis) {
+  // Little group of k = (0,0,c) in I 41 m d: the mirror takes the 4_1 axis to an element that
+  // differs from the listed one by the centring vector, of phase 12c: not whole for c = 0.12.
+  const std::vector<Op4> gens = {op(C2z, {12, 12, 12}), op(C4z, {0, 12, 6}), op(My, O)};
+  for (float c : {0.12f, 0.25f, 0.3f, 0.0417f, 0.5f}) {
+    SCOPED_TRACE(c);
+    const Lorsk_Work w = run_zak(gens, {0, 0, c});
+    EXPECT_EQ(w.order, 8);
+    EXPECT_TRUE(irreducible_set(w));
+  }
+}
+
+TEST(Zak, FailuresAreReportedNotCrashed) {
+  // A chain whose step has index 4 is refused.
+  Lorsk_Work w = chain({op(C2z, O), op(C4z, O)}, {0, 0, 0});
+  w.NG = 1;
+  w.ONGB = 1;
+  init_err_lorsk();
+  zak(w);
+  EXPECT_TRUE(err_lorsk);
+  EXPECT_FALSE(err_lorsk_mess.empty());
+  EXPECT_EQ(w.NREP[w.Z1], 1);
+  EXPECT_EQ(w.order, 1);
+
+  // A subgroup that is not invariant: H = {E, 2x} under the four-fold axis.
+  Lorsk_Work v = chain({op(C2x, O)}, {0, 0, 0});
+  v.SUB[3] = op(C4z, O);
+  v.SUB[4] = product(v.SUB[3], v.SUB[2]);
+  v.IGB[3] = 3;
+  v.NG = 2;
+  v.ONGB = 2;
+  v.N = 4;
+  v.create_work(4);
+  v.rep1(1, 1, 1, 1, 1) = 1.0f;
+  init_err_lorsk();
+  zak(v);
+  EXPECT_TRUE(err_lorsk);
+  EXPECT_EQ(v.order, 2);  // the representations of H stay at level Z1
+  EXPECT_EQ(v.NREP[v.Z1], 2);
+
+  // No work arrays at all.
+  Lorsk_Work bare;
+  bare.ONGB = 0;
+  init_err_lorsk();
+  zak(bare);
+  EXPECT_TRUE(err_lorsk);
+
+  // More operators than the work arrays hold.
+  Lorsk_Work u = chain({op(C2z, O), op(C2x, O)}, {0, 0, 0});
+  u.create_work(2);
+  init_err_lorsk();
+  zak(u);
+  EXPECT_TRUE(err_lorsk);
+}
+
+TEST(Zak, ExponAndMatmult) {
+  Op_Table t{};
+  t[1] = op(C2z, {12, 6, -30});
+  t[2] = op(E, {0, 0, 0});
+  // k.t in 24ths: 0.5*12 + 0.25*6 - 0.5*30 = -7.5 -> 16.5.
+  EXPECT_NEAR(expon({0.5f, 0.25f, 0.5f}, t, 1, t, 2), 16.5f, 1e-5);
+  EXPECT_NEAR(expon({0.5f, 0.25f, 0.5f}, t, 2, t, 1), 7.5f, 1e-5);
+  // A whole number of turns, or just under it, is 0.
+  EXPECT_EQ(expon({2.0f, 0, 0}, t, 1, t, 2), 0.0f);
+  t[3] = op(E, {0, 0, 24});
+  EXPECT_EQ(expon({0, 0, 0.999997f}, t, 3, t, 2), 0.0f);
+  EXPECT_NEAR(expon({0, 0, 0.9999f}, t, 3, t, 2), 23.9976f, 1e-4);
+
+  matmult(t, 1, t, 1, t, 0);  // (2z|t)^2 = (1| 0,0,-60)
+  EXPECT_TRUE(same_rot(t[0], t[2]));
+  EXPECT_EQ(t[0][2][3], -60);
+  EXPECT_EQ(t[0][0][3], 0);
+  matmult(t, 1, t, 0, t, 1);  // the target may be an operand
+  EXPECT_EQ(t[1][2][3], -90);
+  EXPECT_EQ(t[1][0][3], 12);
+}
+
+TEST(Zak, DecmplPolarForm) {
+  float r = -1.0f, phi = -1.0f;
+  decmpl({0.0f, 0.0f}, r, phi);
+  EXPECT_EQ(r, 0.0f);
+  EXPECT_EQ(phi, 0.0f);
+  decmpl({-2.0f, 0.0f}, r, phi);
+  EXPECT_EQ(r, 2.0f);
+  EXPECT_NEAR(phi, 12.0f, 1e-5);
+  decmpl({0.0f, -1.0f}, r, phi);
+  EXPECT_NEAR(phi, 18.0f, 1e-4);
+  decmpl({0.0f, 1.0f}, r, phi);
+  EXPECT_NEAR(phi, 6.0f, 1e-4);
+  // A small negative phase with a modulus of 1 keeps its sign.
+  const float a = -0.1f * 0.2617994f;
+  decmpl({std::cos(a), std::sin(a)}, r, phi);
+  EXPECT_NEAR(phi, 23.9f, 2e-3);
+  // A small modulus and any phase.
+  decmpl({0.01f * std::cos(3.0f), 0.01f * std::sin(3.0f)}, r, phi);
+  EXPECT_NEAR(r, 0.01f, 1e-6);
+  EXPECT_NEAR(phi, 3.0f / 0.2617994f, 2e-3);
+  decmpl({0.01f * std::cos(-3.0f), 0.01f * std::sin(-3.0f)}, r, phi);
+  EXPECT_NEAR(phi, 24.0f - 3.0f / 0.2617994f, 2e-3);
+  // Noise below the real axis keeps a real positive number at phase 0, not 24.
+  decmpl({1.0f, -1.0e-8f}, r, phi);
+  EXPECT_EQ(phi, 0.0f);
+  // A real number so small that its square is subnormal: the modulus comes out below it, and
+  // the cosine is held to 1 (the inverse cosine would give no number).
+  bool found = false;
+  for (float x = 1.0e-22f; x < 1.0e-18f && !found; x *= 1.0137f) {
+    if (x / std::sqrt(x * x) > 1.0f) {
+      found = true;
+      decmpl({x, 0.0f}, r, phi);
+      EXPECT_EQ(phi, 0.0f);
+      decmpl({-x, 0.0f}, r, phi);
+      EXPECT_NEAR(phi, 12.0f, 1e-5);
+    }
+  }
+  EXPECT_TRUE(found);
+}
+
+}  // namespace
+}  // namespace velmoria
