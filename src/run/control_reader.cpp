@@ -205,16 +205,15 @@ void Reader::atom(const std::string& line) {
   int ns = new_site(atcod);
   if (ns == 0) return;
   expand_site(rs, prim, atcod, xt, ns);
+  // The sub-orbit number replaces the last character of the code; from 10 on it takes two
+  // columns, cutting the code where the five columns of a site code demand.
+  std::string stem = trim(atcod);
+  stem.pop_back();
   for (int s = 2; s <= norb; ++s) {
     ns = new_site(atcod);
     if (ns == 0) break;
-    // The sub-orbit number replaces the last character of the code; from 10 on it takes two
-    // columns, cutting the code where the five columns of a site code demand.
     const std::string number = sput(s < 10 ? "i1" : "i2", s);
-    std::string base = trim(atcod);
-    base.pop_back();
-    base.resize(std::min(base.size(), 5 - number.size()));
-    atcod = fixed(base + number, 5);
+    atcod = fixed(stem.substr(0, std::min(stem.size(), 5 - number.size())) + number, 5);
     expand_site(rs, prim, atcod, xeqv[str[s - 1] - 1], ns);
   }
   sv.atom_read = true;

@@ -2,11 +2,11 @@
 #include "support/fractions.hpp"
 
 #include <algorithm>
-#include <bit>
 #include <cstdint>
 #include <unordered_map>
 #include <cmath>
 
+#include "support/bit_key.hpp"
 #include "support/layout.hpp"
 #include "support/list_read.hpp"
 #include "support/text.hpp"
@@ -75,9 +75,7 @@ std::string get_fraction_2dig(float v) {
   // Operators of a group ask for the same few values again and again: each text is kept,
   // keyed by the value and the tolerance in force.
   thread_local std::unordered_map<std::uint64_t, std::string> known;
-  const std::uint64_t key =
-      (static_cast<std::uint64_t>(std::bit_cast<std::uint32_t>(v)) << 32) |
-      std::bit_cast<std::uint32_t>(epss);
+  const std::uint64_t key = (static_cast<std::uint64_t>(key_bits(v)) << 32) | key_bits(epss);
   if (const auto it = known.find(key); it != known.end()) return it->second;
   if (known.size() >= 4096) known.clear();
   std::string text = fraction_2dig_text(v);

@@ -3,8 +3,10 @@
 #include "symmetry/operator_text.hpp"
 
 #include <cmath>
+#include <unordered_map>
 #include <cstdlib>
 
+#include "support/bit_key.hpp"
 #include "support/fractions.hpp"
 #include "support/layout.hpp"
 #include "support/text.hpp"
@@ -242,7 +244,9 @@ bool check_generator(std::string_view symb, std::string* symb_type) {
   return true;
 }
 
-std::string get_symsymbi(const Mat3i& rot, const Vec3& tr) {
+namespace {
+
+std::string symsymbi_text(const Mat3i& rot, const Vec3& tr) {
   static constexpr char letters[3] = {'x', 'y', 'z'};
   std::string text;
   for (int i = 0; i < 3; ++i) {
@@ -266,7 +270,7 @@ std::string get_symsymbi(const Mat3i& rot, const Vec3& tr) {
   return text;
 }
 
-std::string get_symsymbr(const Mat3r& xop, const Vec3& xtr) {
+std::string symsymbr_text(const Mat3r& xop, const Vec3& xtr) {
   static constexpr char letters[3] = {'x', 'y', 'z'};
   std::string text;
   for (int i = 0; i < 3; ++i) {
@@ -292,6 +296,35 @@ std::string get_symsymbr(const Mat3r& xop, const Vec3& xtr) {
     text += field;
   }
   return remove_blanks(text);
+}
+
+// The texts of operators are asked for again and again (every operator of a group, every
+// image of a special position): each is kept, keyed by the exact values of the operator and
+// the tolerance in force.
+template <class Matrix, class Make>
+std::string remembered_text(const Matrix& m, const Vec3& t, Make make) {
+  thread_local std::unordered_map<Bit_Key<13>, std::string, Bit_Key_Hash> known;
+  Bit_Key<13> key{};
+  for (int i = 0; i < 3; ++i) {
+    for (int j = 0; j < 3; ++j) key[3 * i + j] = key_bits(m[i][j]);
+    key[9 + i] = key_bits(t[i]);
+  }
+  key[12] = key_bits(epss);
+  if (const auto it = known.find(key); it != known.end()) return it->second;
+  if (known.size() >= 8192) known.clear();
+  std::string text = make(m, t);
+  known.emplace(key, text);
+  return text;
+}
+
+}  // namespace
+
+std::string get_symsymbi(const Mat3i& rot, const Vec3& tr) {
+  return remembered_text(rot, tr, symsymbi_text);
+}
+
+std::string get_symsymbr(const Mat3r& xop, const Vec3& xtr) {
+  return remembered_text(xop, xtr, symsymbr_text);
 }
 
 std::string decodmatmag(const Mat3i& mat) {

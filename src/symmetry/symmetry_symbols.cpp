@@ -3,9 +3,12 @@
 #include "symmetry/symmetry_symbols.hpp"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <string>
+#include <unordered_map>
 
+#include "support/bit_key.hpp"
 #include "support/fractions.hpp"
 #include "support/layout.hpp"
 #include "support/text.hpp"
@@ -450,7 +453,9 @@ std::string symmetry_symbol_xyz(std::string_view text) {
   return symmetry_symbol_str(s, t);
 }
 
-std::string symmetry_symbol_str(const Mat3i& s, const Vec3& t) {
+namespace {
+
+std::string symbol_text(const Mat3i& s, const Vec3& t) {
   int n = axes_rotation(s);
   init_err_symm();
   std::string symb;
@@ -470,6 +475,41 @@ std::string symmetry_symbol_str(const Mat3i& s, const Vec3& t) {
     symb = symbol_of_rotoinversion(s, t, n);
   }
   return trim(symb);
+}
+
+// A listing names every operator of a group, and groups are set up again and again: each
+// symbol is kept, with the error state it leaves, keyed by the exact operator and the
+// tolerances in force.
+struct Known_Symbol {
+  std::string symb;
+  bool symm_error;
+  std::string symm_message;
+  bool math3d_error;
+  std::string math3d_message;
+};
+}  // namespace
+
+std::string symmetry_symbol_str(const Mat3i& s, const Vec3& t) {
+  thread_local std::unordered_map<Bit_Key<14>, Known_Symbol, Bit_Key_Hash> known;
+  Bit_Key<14> key{};
+  for (int i = 0; i < 3; ++i) {
+    for (int j = 0; j < 3; ++j) key[3 * i + j] = key_bits(s[i][j]);
+    key[9 + i] = key_bits(t[i]);
+  }
+  key[12] = key_bits(epss);
+  key[13] = key_bits(eps_math3d);
+  if (const auto it = known.find(key); it != known.end()) {
+    const Known_Symbol& k = it->second;
+    err_symm = k.symm_error;
+    err_symm_mess = k.symm_message;
+    err_math3d = k.math3d_error;
+    err_math3d_mess = k.math3d_message;
+    return k.symb;
+  }
+  std::string symb = symbol_text(s, t);
+  if (known.size() >= 8192) known.clear();
+  known.emplace(key, Known_Symbol{symb, err_symm, err_symm_mess, err_math3d, err_math3d_mess});
+  return symb;
 }
 
 std::string get_string_resolv(const Vec3& t, const Vec3& x, const Vec3i& ix) {

@@ -143,3 +143,48 @@ TEST(RunDriver, SublPositionsThatCannotBeReadAreReported) {
 
 }  // namespace
 }  // namespace velmoria
+
+namespace velmoria {
+namespace {
+
+// In P -1 at a general k the little group is P 1, so a general position splits into two
+// sub-orbits, x and -x: each ATOM line gives two sites and one note.  Ten notes fit.
+TEST(RunDriver, SplitSitesAreNamedAndTheirNotesLimited) {
+  std::string text = "SPGR P -1\nKVEC 0.1 0.2 0.3 GP\n";
+  for (int i = 0; i < 10; ++i) text += "ATOM  A" + std::to_string(i) + " X 0.11 0.23 0.37\n";
+  const auto lines = testing::lines_of(run_text(text).result);
+  EXPECT_NE(std::find(lines.begin(), lines.end(),
+                      "   -> The atom site: A0    is split in  2 orbits"),
+            lines.end());
+  EXPECT_NE(std::find(lines.begin(), lines.end(), " => No. of sites:   20"), lines.end());
+  EXPECT_NE(std::find(lines.begin(), lines.end(), " -> A91_1   :   0.1100  0.2300  0.3700  : (x,y,z)" +
+                                                       std::string(53, ' ')),
+            lines.end());
+  EXPECT_NE(std::find(lines.begin(), lines.end(),
+                      " -> A92_1   :  -0.1100 -0.2300 -0.3700  : (x,y,z)" + std::string(53, ' ')),
+            lines.end());
+
+  text += "ATOM  B X 0.11 0.23 0.37\n";
+  const Run_Output out = run_text(text);
+  const std::string refusal =
+      " => Too many split sites: at most 10 atom sites may split into sub-orbits";
+  EXPECT_EQ(testing::lines_of(out.result).back(), refusal);
+  EXPECT_EQ(out.console, refusal + "\n");
+}
+
+// The general position of F m -3 m at a general k falls into 48 sub-orbits of its little
+// group P 1 (192 images, 4 lattice points): from the tenth on the number takes two columns.
+TEST(RunDriver, SubOrbitNumbersFromTenOnTakeTwoColumns) {
+  const auto lines = testing::lines_of(
+      run_text("SPGR F m -3 m\nKVEC 0.1 0.2 0.3 GP\nATOM  Fe X 0.11 0.23 0.37\n").result);
+  EXPECT_NE(std::find(lines.begin(), lines.end(), " => No. of sites:   48"), lines.end());
+  int labelled = 0;
+  for (const char* label : {" -> Fe1_1 ", " -> Fe9_1 ", " -> Fe10_1", " -> Fe48_1"}) {
+    labelled += std::any_of(lines.begin(), lines.end(),
+                            [&](const std::string& l) { return l.rfind(label, 0) == 0; });
+  }
+  EXPECT_EQ(labelled, 4);
+}
+
+}  // namespace
+}  // namespace velmoria
