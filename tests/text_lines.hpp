@@ -30,8 +30,8 @@ inline void expect_same_lines(const std::string& what, const std::string& actual
   int shown = 0;
   for (std::size_t i = 0; i < std::min(a.size(), e.size()) && shown < 10; ++i) {
     if (a[i] != e[i]) {
-      ADD_FAILURE() << what << " line " << i + 1 << "\n  actual:   [" << a[i]
-                    << "]\n  expected: [" << e[i] << "]";
+      ADD_FAILURE() << what << " line " << i + 1 << "\n  actual:   [" << a[i] << "]\n  expected: ["
+                    << e[i] << "]";
       ++shown;
     }
   }

@@ -20,7 +20,8 @@ namespace {
 // The first word of a line, in capitals, cut to 25 characters.
 std::string first_word(const std::string& line) {
   const std::size_t end = line.find(' ');
-  return u_case(line.substr(0, std::min<std::size_t>(end == std::string::npos ? line.size() : end, 25)));
+  return u_case(
+      line.substr(0, std::min<std::size_t>(end == std::string::npos ? line.size() : end, 25)));
 }
 
 // Text of a line from column `col` (1-based) on; empty when the line is shorter.
@@ -45,8 +46,8 @@ struct Reader {
   const std::vector<std::string>& lines;
   bool gk_given = false;
   int prim = 1;
-  std::size_t head_line = 0;    // line of the last supplied-block head (0-based)
-  std::size_t head_column = 0;  // column of the blank behind its keyword
+  std::size_t head_line = 0;       // line of the last supplied-block head (0-based)
+  std::size_t head_column = 0;     // column of the blank behind its keyword
   std::vector<std::string> texto;  // notes on split sites
 
   void first_pass();
@@ -83,11 +84,13 @@ void Reader::read_supplied_head() {
   const std::string rest = from_column(line, head_column + 1);
   int ngk = 0, nreps = 0;
   if (!read_list(rest, ngk, nreps) || ngk < 1 || nreps < 1) {
-    stop_with(rs, " => Error reading the numbers of operators and representations in: " + trim(line));
+    stop_with(rs,
+              " => Error reading the numbers of operators and representations in: " + trim(line));
   }
   if (ngk > max_store_ops || nreps > max_store_irreps) {
-    stop_with(rs, " => Error! A supplied block may hold at most 48 operators and 48 representations: " +
-                      trim(line));
+    stop_with(rs,
+              " => Error! A supplied block may hold at most 48 operators and 48 representations: " +
+                  trim(line));
   }
   std::vector<int> idim(nreps, 0);
   int dummy_ngk = 0, dummy_nreps = 0;
@@ -96,7 +99,8 @@ void Reader::read_supplied_head() {
   }
   for (int d : idim) {
     if (d == 0 || std::abs(d) > max_store_dim) {
-      stop_with(rs, " => Error! Dimensions of supplied representations must be 1 to 48: " + trim(line));
+      stop_with(rs,
+                " => Error! Dimensions of supplied representations must be 1 to 48: " + trim(line));
     }
   }
   int max_dim = 0;
@@ -127,7 +131,8 @@ void Reader::kvec(const std::string& line) {
   auto& sv = rs.sv;
   Vec3 vk{0, 0, 0};
   if (!read_list(from_column(line, 6), vk)) {
-    stop_with(rs, " => Error reading the three components of the propagation vector in: " + trim(line));
+    stop_with(rs,
+              " => Error reading the three components of the propagation vector in: " + trim(line));
   }
   for (float& c : vk) {
     for (float f : frac) {
@@ -199,7 +204,8 @@ void Reader::atom(const std::string& line) {
     if (static_cast<int>(texto.size()) >= max_split_notes) {
       stop_with(rs, " => Too many split sites: at most 10 atom sites may split into sub-orbits");
     }
-    texto.push_back(sput("a,i2,a", "   -> The atom site: " + atcod + " is split in ", norb, " orbits"));
+    texto.push_back(
+        sput("a,i2,a", "   -> The atom site: " + atcod + " is split in ", norb, " orbits"));
     atcod = fixed(trim(atcod) + "1", 5);
   }
   int ns = new_site(atcod);
@@ -290,16 +296,19 @@ void Reader::finish_supplied_mode() {
   auto& store = rs.store;
   Units& out = rs.out;
   if (store.full_irreps) {
-    put(out.result, "a", " => The full representations of the space group are read from the input file ");
+    put(out.result, "a",
+        " => The full representations of the space group are read from the input file ");
   } else if (store.extended_little_group) {
     put(out.result, "a",
-        " => The representations of the extended little group, G_(k,-k) are read from the input file ");
+        " => The representations of the extended little group, G_(k,-k) are read from the input "
+        "file ");
   } else {
     put(out.result, "a", " => The representations of Gk are read from the input file ");
   }
   if (store.full_irreps || store.extended_little_group) {
     put(out.result, "a",
-        "    Normally they have been read from the Physically Irreducible Representations database: "
+        "    Normally they have been read from the Physically Irreducible Representations "
+        "database: "
         "PIR_data.txt");
   }
   // The supplied representations are listed here once their reader lands.
@@ -312,7 +321,8 @@ void Reader::finish_supplied_mode() {
   put(out.result, "/,a",
       " => Full Irreps of the space group or those of the extended little group will be used");
   put(out.result, "a,i3",
-      "    The number of symmetry operators used for decomposition formula and projection operators is:",
+      "    The number of symmetry operators used for decomposition formula and projection "
+      "operators is:",
       store.ngk);
 }
 
@@ -336,7 +346,8 @@ void Reader::atoms_section() {
   if (!sv.vmode_read) {
     put(out, "/,a", " => Warning no VMODE keyword given ... default calculation for polar vectors");
   }
-  put(out, "/,a", sv.ipol == 0 ? " => Calculation for axial vectors" : " => Calculation for polar vectors");
+  put(out, "/,a",
+      sv.ipol == 0 ? " => Calculation for axial vectors" : " => Calculation for polar vectors");
   put(out, "/,a", " => List of atoms within a primitive unit cell: ");
   for (int s = 1; s <= sv.nsites; ++s) {
     const Site& site = sv.sites[s - 1];

@@ -43,8 +43,8 @@ void write_site_text(Run_State& rs, int ns) {
   for (int j = 0; j < site.mult && j < static_cast<int>(site.atom.size()); ++j) {
     names.push_back(trim(site.atom[j]) + " ");
   }
-  put(out, "a,48a", "       The index 'j' labels the sublatices (j=1,2,...na) of the current site: ",
-      names);
+  put(out, "a,48a",
+      "       The index 'j' labels the sublatices (j=1,2,...na) of the current site: ", names);
   put(out, "a,a", "       The simplified notation for C(n) used below, is given by the ",
       "symbols: u,v,w,p,q ....(may be complex!)");
   put(out, "a,a", "       The Fourier coefficients are written as: Sk(j) = u BsV(1,j)+ ",
@@ -59,14 +59,17 @@ void write_site_text(Run_State& rs, int ns) {
               : "       The displacement vectors should be calculated from the Fourier ",
       "coefficients using the general formula: ");
   put(out, "a", seven);
-  put(out, "a", moments ? "                                 m(L,j) = Sum{k}{ Sk(j) exp[-2pi.i.k.R(L)] }"
-                        : "                                 d(L,j) = Sum{k}{ Sk(j) exp[-2pi.i.k.R(L)] }");
+  put(out, "a",
+      moments ? "                                 m(L,j) = Sum{k}{ Sk(j) exp[-2pi.i.k.R(L)] }"
+              : "                                 d(L,j) = Sum{k}{ Sk(j) exp[-2pi.i.k.R(L)] }");
   put(out, "a", seven);
   put(out, "a", "       or for a single pair (k,-k)");
   put(out, "a", seven);
   put(out, "a",
-      moments ? "                                 m(L,j) = Sk(j) exp{-2pi.i.k.R(L)} +  Sk*(j) exp{2pi.i.k.R(L)}"
-              : "                                 d(L,j) = Sk(j) exp{-2pi.i.k.R(L)} +  Sk*(j) exp{2pi.i.k.R(L)}");
+      moments ? "                                 m(L,j) = Sk(j) exp{-2pi.i.k.R(L)} +  Sk*(j) "
+                "exp{2pi.i.k.R(L)}"
+              : "                                 d(L,j) = Sk(j) exp{-2pi.i.k.R(L)} +  Sk*(j) "
+                "exp{2pi.i.k.R(L)}");
   put(out, "a", seven);
   put(out, "a,a", "       Where R(L) is the LATTICE translation giving the vector position ",
       "of the cell labelled 'L':  R(L) = L1 a + L2 b + L3 c ");

@@ -14,8 +14,7 @@ using Bit_Key = std::array<std::uint32_t, N>;
 
 // The bits of a 4-byte number (float or int) as a key component.
 template <class T>
-  requires(sizeof(T) == 4)
-constexpr std::uint32_t key_bits(T v) {
+requires(sizeof(T) == 4) constexpr std::uint32_t key_bits(T v) {
   return std::bit_cast<std::uint32_t>(v);
 }
 

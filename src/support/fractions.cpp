@@ -2,9 +2,9 @@
 #include "support/fractions.hpp"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <unordered_map>
-#include <cmath>
 
 #include "support/bit_key.hpp"
 #include "support/layout.hpp"

@@ -7,6 +7,7 @@
 // the layout, the record ends and the walk goes on from the last outermost bracket group.
 #include "support/layout.hpp"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdio>
@@ -298,35 +299,45 @@ std::string natural_text(const Item& it) {
 
 // ---------------------------------------------------------------- the record
 
+// Writes the records of a layout straight onto the end of an output unit: the record being
+// built is the text behind `start`.
 struct Writer {
   const Items& items;
   std::string& out;
-  std::size_t next = 0;  // next item to write
-  std::string rec;       // the record being built
-  std::size_t pos = 0;   // present column, 0-based
-  bool stopped = false;  // a data field found no item
+  std::size_t start = 0;  // where the record being built begins in out
+  std::size_t next = 0;   // next item to write
+  std::size_t pos = 0;    // present column, 0-based
+  bool stopped = false;   // a data field found no item
 
   void end_record() {
-    out += rec;
     out += '\n';
-    rec.clear();
+    start = out.size();
     pos = 0;
+  }
+  // Makes room up to column `end` of the record: blanks fill a gap.
+  void reach(std::size_t end) {
+    if (start + end > out.size()) out.resize(start + end, ' ');
   }
   // Writes s at the present column: blanks fill a gap, columns already written are
   // written over.
   void place(std::string_view s) {
-    if (pos > rec.size()) rec.resize(pos, ' ');
-    if (pos + s.size() > rec.size()) rec.resize(pos + s.size(), ' ');
-    rec.replace(pos, s.size(), s);
+    reach(pos + s.size());
+    out.replace(start + pos, s.size(), s);
     pos += s.size();
+  }
+  // n copies of c at the present column.
+  void place_fill(std::size_t n, char c) {
+    reach(pos + n);
+    std::fill_n(out.begin() + static_cast<std::ptrdiff_t>(start + pos), n, c);
+    pos += n;
   }
   void place_right(std::string_view s, int w) {
     auto width = static_cast<std::size_t>(w);
     if (s.size() > width) {
-      place(std::string(width, '*'));
+      place_fill(width, '*');
       return;
     }
-    place(std::string(width - s.size(), ' '));
+    place_fill(width - s.size(), ' ');
     place(s);
   }
   // aN: a longer text gives its first N characters, a shorter one stands right-justified.
@@ -337,7 +348,7 @@ struct Writer {
     } else if (s.size() >= width) {
       place(s.substr(0, width));
     } else {
-      place(std::string(width - s.size(), ' '));
+      place_fill(width - s.size(), ' ');
       place(s);
     }
   }
@@ -348,7 +359,7 @@ struct Writer {
   void put_real_as_integer(double v, int w) {
     // Beyond 2^62 the integer would not fit any field: asterisks.
     if (!std::isfinite(v) || std::fabs(v) >= 4.6e18) {
-      place(std::string(static_cast<std::size_t>(w), '*'));
+      place_fill(static_cast<std::size_t>(w), '*');
       return;
     }
     put_integer(std::llround(v), w);  // halves away from zero
@@ -421,10 +432,9 @@ struct Writer {
 
 }  // namespace
 
-std::string format_layout(std::string_view layout, const Items& items) {
+void append_layout(std::string& out, std::string_view layout, const Items& items) {
   const Layout& lay = cached_layout(layout);
-  std::string out;
-  Writer wr{items, out, 0, {}, 0, false};
+  Writer wr{items, out, out.size(), 0, 0, false};
   wr.run(lay.fields, 0);
   if (!wr.stopped && wr.next < items.size() && !lay.revert_has_data) {
     throw std::logic_error("layout \"" + std::string(layout) + "\" has no field for " +
@@ -435,6 +445,11 @@ std::string format_layout(std::string_view layout, const Items& items) {
     wr.run(lay.fields, lay.revert);
   }
   wr.end_record();
+}
+
+std::string format_layout(std::string_view layout, const Items& items) {
+  std::string out;
+  append_layout(out, layout, items);
   return out;
 }
 

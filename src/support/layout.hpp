@@ -33,21 +33,25 @@ using Items = std::vector<Item>;
 inline void add_item(Items& items, std::string_view s) {
   items.push_back({Item::Kind::text, s, {}, false, 0, 0.0});
 }
-inline void add_item(Items& items, const std::string& s) { add_item(items, std::string_view(s)); }
+inline void add_item(Items& items, const std::string& s) {
+  add_item(items, std::string_view(s));
+}
 inline void add_item(Items& items, std::string&& s) {
   items.push_back({Item::Kind::text, {}, std::move(s), true, 0, 0.0});
 }
-inline void add_item(Items& items, const char* s) { add_item(items, std::string_view(s)); }
+inline void add_item(Items& items, const char* s) {
+  add_item(items, std::string_view(s));
+}
 inline void add_item(Items& items, char c) {
   items.push_back({Item::Kind::text, {}, std::string(1, c), true, 0, 0.0});
 }
 template <class T>
-  requires(std::is_integral_v<T> && !std::is_same_v<T, char> && !std::is_same_v<T, bool>)
-void add_item(Items& items, T v) {
+requires(std::is_integral_v<T> && !std::is_same_v<T, char> &&
+         !std::is_same_v<T, bool>) void add_item(Items& items, T v) {
   items.push_back({Item::Kind::integer, {}, {}, false, static_cast<std::int64_t>(v), 0.0});
 }
 template <class T>
-  requires std::is_floating_point_v<T>
+requires std::is_floating_point_v<T>
 void add_item(Items& items, T v) {
   items.push_back({Item::Kind::real, {}, {}, false, 0, static_cast<double>(v)});
 }
@@ -74,6 +78,8 @@ Items make_items(A&&... a) {
 
 // The records that `layout` makes of `items`, each ended by a line feed.
 std::string format_layout(std::string_view layout, const Items& items);
+// The same records appended to `out`.
+void append_layout(std::string& out, std::string_view layout, const Items& items);
 
 // The record of blank-separated items, ended by a line feed: one leading blank, then each
 // item in its natural width.
@@ -82,7 +88,7 @@ std::string format_items(const Items& items);
 // Append the records of a layout to an output unit.
 template <class... A>
 void put(std::string& out, std::string_view layout, A&&... a) {
-  out += format_layout(layout, make_items(std::forward<A>(a)...));
+  append_layout(out, layout, make_items(std::forward<A>(a)...));
 }
 
 // Append a record of blank-separated items to an output unit.

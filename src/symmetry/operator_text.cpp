@@ -3,8 +3,8 @@
 #include "symmetry/operator_text.hpp"
 
 #include <cmath>
-#include <unordered_map>
 #include <cstdlib>
+#include <unordered_map>
 
 #include "support/bit_key.hpp"
 #include "support/fractions.hpp"

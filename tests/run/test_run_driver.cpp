@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "run/run_driver.hpp"
-#include "text_lines.hpp"
 #include "support/numeric.hpp"
+#include "text_lines.hpp"
 
 namespace velmoria {
 namespace {
@@ -31,7 +31,9 @@ const std::string block_head =
     "   finishing with the last keyword BASI, may be pasted into the RCF file\n"
     "  \n";
 
-Run_Output run_text(const std::string& text) { return run_velmoria({"test", text, ""}); }
+Run_Output run_text(const std::string& text) {
+  return run_velmoria({"test", text, ""});
+}
 
 using testing::lines_of;
 
@@ -55,13 +57,13 @@ TEST(RunDriver, NoKvecStopsAfterTheEchoLines) {
       "spgr P 21/c\n"
       "SHORT_OUTPUT\n");
   const std::string stop = " => Calculation of IRreps omitted ... no KVEC keyword given! \n";
-  expect_same_lines(out.result,
-                    result_head + " => Title:Cobalt oxide test\n" +
-                        " => Symbol of the space group: P 21/c\n"
-                        " => The given space group P 21/c is standard, IT generators will be used \n"
-                        " => List of space group generators:  -x,y+1/2,-z+1/2; -x,-y,-z\n"
-                        " => Short output selected. \n" +
-                        stop);
+  expect_same_lines(
+      out.result, result_head + " => Title:Cobalt oxide test\n" +
+                      " => Symbol of the space group: P 21/c\n"
+                      " => The given space group P 21/c is standard, IT generators will be used \n"
+                      " => List of space group generators:  -x,y+1/2,-z+1/2; -x,-y,-z\n"
+                      " => Short output selected. \n" +
+                      stop);
   EXPECT_EQ(out.console, stop);
   EXPECT_EQ(out.block, block_head);
 }
@@ -72,13 +74,15 @@ TEST(RunDriver, KvecIsRoundedToFractionsAndLabelled) {
       "kvec  0.333 -0.3331 0.2 X\n");
   const auto lines = lines_of(out.result);
   // The fractions within 0.001 become single-precision fractions; 0.2 stays as read.
-  EXPECT_NE(std::find(lines.begin(), lines.end(), " => Propagation vector:   0.3333 -0.3333  0.2000"),
-            lines.end());
+  EXPECT_NE(
+      std::find(lines.begin(), lines.end(), " => Propagation vector:   0.3333 -0.3333  0.2000"),
+      lines.end());
   EXPECT_NE(std::find(lines.begin(), lines.end(), " => BZ-point labelled as  X"), lines.end());
   EXPECT_NE(std::find(lines.begin(), lines.end(),
                       " => List of space group generators: x+1/2,y+1/2,z; -x,-y,z"),
             lines.end());
-  EXPECT_EQ(lines.back(), " => Calculation of basis functions omitted ... no ATOM keywords given! ");
+  EXPECT_EQ(lines.back(),
+            " => Calculation of basis functions omitted ... no ATOM keywords given! ");
   EXPECT_EQ(out.console,
             " => Calculation of basis functions omitted ... no ATOM keywords given! \n"
             " => Normal End ... Results in file: test.vmr\n");
@@ -138,7 +142,8 @@ TEST(RunDriver, SublPositionsThatCannotBeReadAreReported) {
   EXPECT_NE(std::find(lines.begin(), lines.end(),
                       "  ERROR! -> exception occurred when reading sublattice positions "),
             lines.end());
-  EXPECT_EQ(lines.back(), " => Calculation of basis functions omitted ... no ATOM keywords given! ");
+  EXPECT_EQ(lines.back(),
+            " => Calculation of basis functions omitted ... no ATOM keywords given! ");
 }
 
 }  // namespace
@@ -153,12 +158,12 @@ TEST(RunDriver, SplitSitesAreNamedAndTheirNotesLimited) {
   std::string text = "SPGR P -1\nKVEC 0.1 0.2 0.3 GP\n";
   for (int i = 0; i < 10; ++i) text += "ATOM  A" + std::to_string(i) + " X 0.11 0.23 0.37\n";
   const auto lines = testing::lines_of(run_text(text).result);
-  EXPECT_NE(std::find(lines.begin(), lines.end(),
-                      "   -> The atom site: A0    is split in  2 orbits"),
-            lines.end());
+  EXPECT_NE(
+      std::find(lines.begin(), lines.end(), "   -> The atom site: A0    is split in  2 orbits"),
+      lines.end());
   EXPECT_NE(std::find(lines.begin(), lines.end(), " => No. of sites:   20"), lines.end());
-  EXPECT_NE(std::find(lines.begin(), lines.end(), " -> A91_1   :   0.1100  0.2300  0.3700  : (x,y,z)" +
-                                                       std::string(53, ' ')),
+  EXPECT_NE(std::find(lines.begin(), lines.end(),
+                      " -> A91_1   :   0.1100  0.2300  0.3700  : (x,y,z)" + std::string(53, ' ')),
             lines.end());
   EXPECT_NE(std::find(lines.begin(), lines.end(),
                       " -> A92_1   :  -0.1100 -0.2300 -0.3700  : (x,y,z)" + std::string(53, ' ')),
