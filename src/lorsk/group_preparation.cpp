@@ -222,7 +222,7 @@ int space_group(std::string& unit, Lorsk_Work& w, Space_Group_Type& spg,
       const std::string symbol_i = i <= static_cast<int>(spg.symop_symb.size())
                                        ? symmetry_symbol_xyz(spg.symop_symb[i - 1])
                                        : std::string();
-      put(unit, "a,i3,a,a40,a", " (", i, ")   ", symbol_i, trim(SYMCOD));
+      put(unit, "a,i3,a,a40,a", " (", i, ")   ", fixed(symbol_i, 40), trim(SYMCOD));
     }
     put(unit, "a", "");
   }
