@@ -119,7 +119,7 @@ void run_steps(Run_State& rs, const Run_Input& input) {
     set_epsg_sp(0.002f);
     for (int ns = 1; ns <= sv.nsites; ++ns) {
       site_representations(rs, ns);
-      site_decomposition(rs);
+      site_decomposition(rs, ns);
       if (sv.long_output) write_site_text(rs, ns);
       site_basis_functions(rs, ns);
     }
@@ -131,7 +131,8 @@ void run_steps(Run_State& rs, const Run_Input& input) {
 }  // namespace
 
 Run_Output run_velmoria(const Run_Input& input) {
-  Run_State rs;
+  auto state = std::make_shared<Run_State>();
+  Run_State& rs = *state;
   rs.sv.path_name = input.path_name;
   const float saved_epss = epss_val();
   try {
@@ -140,7 +141,10 @@ Run_Output run_velmoria(const Run_Input& input) {
     // The message has been written; the run ends here.
   }
   set_epsg_sp(saved_epss);
-  return {std::move(rs.out.console), std::move(rs.out.result), std::move(rs.out.block)};
+  Run_Output out{std::move(rs.out.console), std::move(rs.out.result), std::move(rs.out.block),
+                 nullptr};
+  out.state = std::move(state);
+  return out;
 }
 
 }  // namespace velmoria

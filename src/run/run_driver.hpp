@@ -1,6 +1,7 @@
 // A run as a function: control-file text in; result file, block file and console text out.
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -12,10 +13,15 @@ struct Run_Input {
   std::string path_name;               // value of TARNWELD
 };
 
+struct Run_State;
+
 struct Run_Output {
   std::string console;
   std::string result;  // <code>.vmr
   std::string block;   // <code>.tw
+  // What the run found, as data: the little group and its representations, the sites and
+  // the analysis of each (its output units are moved into the three texts above).
+  std::shared_ptr<const Run_State> state;
 };
 
 Run_Output run_velmoria(const Run_Input& input);

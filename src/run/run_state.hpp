@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "analysis/site.hpp"
 #include "kvector/group_k.hpp"
 #include "lorsk/store.hpp"
 #include "support/numeric.hpp"
@@ -22,21 +23,6 @@ constexpr int max_irreps = 48;                // irreducible representations
 constexpr int max_orbit_points = 192;         // points of one orbit in the site split
 constexpr int max_split_notes = 10;           // notes on split sites
 constexpr std::size_t max_line_width = 2530;  // characters of a control-file line
-
-// One site: its atoms, as expanded from an ATOM line or listed by a SUBL line.
-struct Site {
-  int mult = 0;                     // number of atoms
-  std::vector<Vec3> x;              // fractional coordinates of each atom
-  std::vector<std::string> atom;    // label: site code, "_" and the atom number (8)
-  std::vector<std::string> symstr;  // operator in brackets that makes the atom, plus shift (60)
-  std::vector<std::string> symms;   // the same operator packed, shift worked in (60)
-  void resize(int n) {
-    x.resize(n);
-    atom.resize(n, std::string(8, ' '));
-    symstr.resize(n, std::string(60, ' '));
-    symms.resize(n, std::string(60, ' '));
-  }
-};
 
 // Flags, texts and sites of the run.
 struct symmetry_var {
@@ -78,6 +64,7 @@ struct Run_State {
   mod_velmoria mv;
   lorsk_proc store;
   Units out;
+  std::vector<Site_Analysis> analyses;  // what the analysis found, site by site
 };
 
 // The run's quiet stop: the message is already written; the run ends at once.

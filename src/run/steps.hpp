@@ -36,7 +36,7 @@ void check_listed_site(Run_State& rs, int ns);
 
 // Per-site analysis of the site loop.
 void site_representations(Run_State& rs, int ns);
-void site_decomposition(Run_State& rs);
+void site_decomposition(Run_State& rs, int ns);
 void site_basis_functions(Run_State& rs, int ns);
 
 }  // namespace velmoria

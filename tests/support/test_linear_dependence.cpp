@@ -1,0 +1,258 @@
+// Singular value decomposition, rank, and the test of linear dependence of complex vectors.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <functional>
+#include <limits>
+#include <random>
+#include <vector>
+
+#include "support/linear_dependence.hpp"
+
+namespace velmoria {
+namespace {
+
+std::vector<double> random_matrix(int m, int n, unsigned seed, double scale = 1.0) {
+  std::mt19937 gen(seed);
+  std::uniform_real_distribution<double> dist(-scale, scale);
+  std::vector<double> a(static_cast<std::size_t>(m * n));
+  for (double& x : a) x = dist(gen);
+  return a;
+}
+
+// A sum of `rank` random outer products x y^T.
+std::vector<double> low_rank_matrix(int m, int n, int rank, unsigned seed) {
+  const std::vector<double> x = random_matrix(m, rank, seed), y = random_matrix(n, rank, seed + 1);
+  std::vector<double> a(static_cast<std::size_t>(m * n), 0.0);
+  for (int i = 0; i < m; ++i)
+    for (int j = 0; j < n; ++j)
+      for (int r = 0; r < rank; ++r) a[i * n + j] += x[i * rank + r] * y[j * rank + r];
+  return a;
+}
+
+// Checks a = U diag(w) V^T with w >= 0, V orthogonal and U with orthonormal columns (m >= n)
+// or rows (m < n).  Returns the singular values, largest first.
+std::vector<double> check_svd(const std::vector<double>& a, int m, int n) {
+  SCOPED_TRACE(testing::Message() << m << " x " << n);
+  std::vector<double> u = a, w(n), v(n * n);
+  svdcmp_dp(u, m, n, w, v);
+  EXPECT_FALSE(err_mathgen) << err_mathgen_mess;
+  const double tol = 1.0e-12 * std::max({1, m, n});
+  for (int i = 0; i < m; ++i)
+    for (int j = 0; j < n; ++j) {
+      double s = 0.0;
+      for (int k = 0; k < n; ++k) s += u[i * n + k] * w[k] * v[j * n + k];
+      EXPECT_NEAR(s, a[i * n + j], tol);
+    }
+  // Inner products of columns (stride n) or rows (stride 1) of a matrix with n columns.
+  auto expect_orthonormal = [&](const std::vector<double>& x, int count, int length, bool cols) {
+    for (int p = 0; p < count; ++p)
+      for (int q = 0; q < count; ++q) {
+        double s = 0.0;
+        for (int k = 0; k < length; ++k)
+          s += cols ? x[k * n + p] * x[k * n + q] : x[p * n + k] * x[q * n + k];
+        EXPECT_NEAR(s, p == q ? 1.0 : 0.0, tol);
+      }
+  };
+  expect_orthonormal(v, n, n, true);
+  expect_orthonormal(u, std::min(m, n), std::max(m, n), m >= n);
+  for (double x : w) EXPECT_GE(x, 0.0);
+  std::sort(w.begin(), w.end(), std::greater<>());
+  return w;
+}
+
+TEST(Svd, ReconstructsWithOrthonormalFactors) {
+  check_svd(random_matrix(6, 4, 1), 6, 4);
+  check_svd(random_matrix(288, 100, 4), 288, 100);
+  check_svd(random_matrix(3, 5, 10, 1.0e-301), 3, 5);  // rotations of near-subnormal values
+  for (double x : check_svd(std::vector<double>(9, 0.0), 3, 3)) EXPECT_EQ(x, 0.0);
+  const std::vector<double> wide = check_svd(random_matrix(3, 6, 3), 3, 6);
+  EXPECT_GT(wide[2], 1.0e-3);
+  EXPECT_LT(wide[3], 1.0e-12);  // six values, three of them zero
+  const std::vector<double> low = check_svd(low_rank_matrix(7, 5, 2, 5), 7, 5);
+  EXPECT_GT(low[1], 1.0e-3);
+  EXPECT_LT(low[2], 1.0e-12);
+  // Bidiagonal with a zero inside the diagonal; its first two columns are equal.
+  const std::vector<double> z = check_svd({1, 1, 0, 0, 0, 0, 1, 0, 0, 0, 2, 1, 0, 0, 0, 3}, 4, 4);
+  EXPECT_GT(z[2], 0.1);
+  EXPECT_LT(z[3], 1.0e-14);
+}
+
+TEST(Svd, SingularValuesKnownByHand) {
+  std::vector<double> w = check_svd({3, 0, 0, 0, -2, 0, 0, 0, 0.5}, 3, 3);
+  EXPECT_NEAR(w[0], 3.0, 1e-15);
+  EXPECT_NEAR(w[1], 2.0, 1e-15);
+  EXPECT_NEAR(w[2], 0.5, 1e-15);
+  // [[1,1],[0,1]]: A^T A has eigenvalues (3 +- sqrt 5)/2, so w = (sqrt 5 +- 1)/2.
+  w = check_svd({1, 1, 0, 1}, 2, 2);
+  EXPECT_NEAR(w[0], (std::sqrt(5.0) + 1.0) / 2.0, 1e-14);
+  EXPECT_NEAR(w[1], (std::sqrt(5.0) - 1.0) / 2.0, 1e-14);
+  // x y^T with |x| = 3, |y| = 5.
+  w = check_svd({3, 4, 6, 8, 6, 8}, 3, 2);
+  EXPECT_NEAR(w[0], 15.0, 1e-13);
+  EXPECT_NEAR(w[1], 0.0, 1e-13);
+  // Two equal singular values coupled by an element just above the norm's last digit: the
+  // shift must not lose the difference, or the sweeps stall (a realified complex matrix has
+  // every singular value twice).
+  const double d = 89.596004681166576, e = 7.1054273576010019e-15;
+  w = check_svd({d, e, 0, 0, d, 0, 0, 0, 124.342}, 3, 3);
+  EXPECT_NEAR(w[0], 124.342, 1e-12);
+  EXPECT_NEAR(w[1], d, 1e-12);
+  EXPECT_NEAR(w[2], d, 1e-12);
+}
+
+TEST(Svd, ErrorsAreReported) {
+  const char* dims = " => Physical dimensions of arguments in SVDcmp_dp are not compatible ";
+  std::vector<double> a(6, 1.0), w(3), v(9), w_short(2), v_short(4);
+  svdcmp_dp(a, 2, 3, w_short, v);
+  EXPECT_TRUE(err_mathgen);
+  EXPECT_EQ(err_mathgen_mess, dims);
+  svdcmp_dp(a, 2, 3, w, v_short);
+  EXPECT_EQ(err_mathgen_mess, dims);
+  svdcmp_dp(a, 3, 3, w, v);  // a holds 6 values, not 9
+  EXPECT_EQ(err_mathgen_mess, dims);
+  EXPECT_EQ(rank_dp(a, 3, 3, 1.0e-6), 0);
+  svdcmp_dp(a, 2, 3, w, v);  // cleared on entry
+  EXPECT_FALSE(err_mathgen);
+  a = {1, 2, 3, 4, std::numeric_limits<double>::quiet_NaN(), 6};  // cannot converge
+  svdcmp_dp(a, 2, 3, w, v);
+  EXPECT_TRUE(err_mathgen);
+  EXPECT_EQ(err_mathgen_mess, " => SVDcmp_dp: convergence not reached ! ");
+}
+
+TEST(Rank, CountsSingularValuesStrictlyAboveTolerance) {
+  const std::vector<double> a = low_rank_matrix(6, 5, 3, 7);
+  EXPECT_EQ(rank_dp(a, 6, 5, 1.0e-6), 3);
+  EXPECT_EQ(a, low_rank_matrix(6, 5, 3, 7));  // not changed
+  EXPECT_EQ(rank_dp(low_rank_matrix(3, 8, 2, 8), 3, 8, 1.0e-6), 2);
+  EXPECT_EQ(rank_dp(random_matrix(4, 4, 9), 4, 4, 1.0e-6), 4);
+  const std::vector<double> d = {1.0, 0.0, 0.0, 1.0e-6};
+  EXPECT_EQ(rank_dp(d, 2, 2, 1.0e-6), 1);
+  EXPECT_EQ(rank_dp(d, 2, 2, 0.99e-6), 2);
+}
+
+TEST(Pythag, HypotenuseWithoutOverflow) {
+  EXPECT_DOUBLE_EQ(pythag_dp(3.0, 4.0), 5.0);
+  EXPECT_DOUBLE_EQ(pythag_dp(-4.0, -3.0), 5.0);
+  EXPECT_DOUBLE_EQ(pythag_dp(0.0, -7.0), 7.0);
+  EXPECT_DOUBLE_EQ(pythag_dp(1.0e200, 1.0e200), std::sqrt(2.0) * 1.0e200);
+  EXPECT_EQ(pythag_dp(0.0, 0.0), 0.0);
+}
+
+using CVec = std::vector<Complex>;
+
+bool dependent(const CVec& a, const CVec& b, int b_rows, int nb, int mb) {
+  bool info = false;
+  const int b_cols = static_cast<int>(b.size()) / b_rows;
+  linear_dependentc(a, static_cast<int>(a.size()), b, b_rows, b_cols, nb, mb, info);
+  EXPECT_FALSE(err_mathgen) << err_mathgen_mess;
+  return info;
+}
+
+TEST(LinearDependence, ComplexCombinationsOfColumns) {
+  // Two columns of four used rows, held with a fifth row that is not used.
+  const CVec b = {{1, 2},  {0, -1}, {3, 0}, {0.5, 0.5}, {99, 99},
+                  {-1, 0}, {2, 2},  {0, 1}, {1, -3},    {-99, 7}};
+  CVec mix(4), i_col(4), imaginary(4), conjugate(4);
+  for (int i = 0; i < 4; ++i) {
+    mix[i] = Complex(2, -1) * b[i] + Complex(0, 0.5) * b[5 + i];
+    i_col[i] = Complex(0, 1) * b[i];
+    imaginary[i] = Complex(0, -3) * b[5 + i];
+    conjugate[i] = std::conj(b[i]);
+  }
+  EXPECT_TRUE(dependent(mix, b, 5, 4, 2));
+  EXPECT_TRUE(dependent(i_col, b, 5, 4, 2));
+  EXPECT_TRUE(dependent(imaginary, b, 5, 4, 2));
+  EXPECT_TRUE(dependent(CVec(4), b, 5, 4, 2));
+  EXPECT_FALSE(dependent(conjugate, b, 5, 4, 2));  // a real, not a complex, combination
+  EXPECT_FALSE(dependent({{1, 0}, {0, 0}, {0, 0}, {0, 0}}, b, 5, 4, 2));
+  // Dependent columns never reach full rank, whatever a is.
+  const CVec twice = {{1, 1}, {0, 2}, {3, 0}, {2, 2}, {0, 4}, {6, 0}};
+  EXPECT_TRUE(dependent({{0, 1}, {5, 0}, {0, 0}}, twice, 3, 3, 2));
+}
+
+TEST(LinearDependence, MirrorCaseAndEarlyAnswers) {
+  // a as one more row of the single row (1, 2i, -1).
+  const CVec row = {{1, 0}, {0, 2}, {-1, 0}};
+  CVec scaled(3);
+  for (int j = 0; j < 3; ++j) scaled[j] = Complex(1, 2) * row[j];
+  EXPECT_TRUE(dependent(scaled, row, 1, 1, 3));
+  EXPECT_FALSE(dependent({{0, 0}, {1, 0}, {0, 0}}, row, 1, 1, 3));
+  // nb = mb = na = 3: dependent without a decomposition, even for zero columns.
+  EXPECT_TRUE(dependent({{1, 0}, {0, 0}, {0, 0}}, CVec(9), 3, 3, 3));
+  // Two components and three columns: dependent at once.
+  EXPECT_TRUE(dependent({{1, 0}, {0, 1}}, CVec(6), 2, 2, 3));
+}
+
+TEST(LinearDependence, DimensionErrors) {
+  const char* dims = " Linear_DependentC: Error in dimension of input matrix or vector";
+  const CVec a(4, Complex(1, 0)), b(8, Complex(0, 1));
+  struct Case {
+    int na, b_rows, b_cols, nb, mb;
+    std::size_t b_size;
+    const char* message;
+  };
+  const Case cases[] = {
+      {4, 4, 2, 5, 2, 8, dims},  // fewer rows than nb
+      {4, 4, 2, 4, 3, 8, dims},  // fewer columns than mb
+      {4, 4, 2, 4, 2, 7, dims},  // storage shorter than b_rows x b_cols
+      {5, 5, 1, 5, 1, 5, dims},  // a shorter than na
+      {3, 4, 2, 4, 2, 8, " Linear_DependentC: input dimension of vector incompatible with matrix"},
+  };
+  for (const Case& c : cases) {
+    bool info = false;
+    const auto bs = std::span(b).first(c.b_size);
+    linear_dependentc(a, c.na, bs, c.b_rows, c.b_cols, c.nb, c.mb, info);
+    EXPECT_TRUE(info);
+    EXPECT_TRUE(err_mathgen);
+    EXPECT_EQ(err_mathgen_mess, c.message);
+  }
+  EXPECT_FALSE(dependent({{1, 0}, {0, 0}, {0, 0}, {0, 0}}, b, 4, 4, 1));  // clears the flag
+}
+
+// The growing span decides as the whole work matrix does: candidates that are independent,
+// exact complex combinations of those kept, and combinations disturbed by amounts on both
+// sides of the tolerance, in single precision as the basis functions are.
+TEST(LinearDependence, GrowingSpanDecidesAsTheWholeMatrix) {
+  std::mt19937 gen(7);
+  std::uniform_real_distribution<float> dist(-1.0f, 1.0f);
+  std::uniform_int_distribution<int> kind(0, 3);
+  int independent = 0, dependent = 0;
+  for (int n : {3, 6, 24}) {
+    Growing_Span span(n);
+    std::vector<Complex> kept;  // column by column
+    for (int step = 0; step < 4 * n && span.size() < n; ++step) {
+      std::vector<Complex> a(static_cast<std::size_t>(n));
+      const int k = span.size() == 0 ? 0 : kind(gen);
+      if (k == 0) {
+        for (Complex& z : a) z = {dist(gen), dist(gen)};
+      } else {
+        const float eps = k == 1 ? 0.0f : (k == 2 ? 1.0e-7f : 1.0e-4f);
+        for (int j = 0; j < span.size(); ++j) {
+          const Complex c(dist(gen), dist(gen));
+          for (int i = 0; i < n; ++i) a[i] += c * kept[static_cast<std::size_t>(j * n + i)];
+        }
+        for (Complex& z : a) z += Complex(eps * dist(gen), eps * dist(gen));
+      }
+      bool whole = true;
+      linear_dependentc(a, n, kept, n, span.size(), n, span.size(), whole);
+      const bool grown = span.dependent(a);
+      ASSERT_EQ(grown, whole) << "n " << n << " step " << step;
+      if (span.size() == 0 || !grown) {
+        span.keep(a);
+        kept.insert(kept.end(), a.begin(), a.end());
+        ++independent;
+      } else {
+        ++dependent;
+      }
+    }
+    EXPECT_EQ(span.size(), n);
+    EXPECT_TRUE(span.dependent(std::vector<Complex>(static_cast<std::size_t>(n), {1.0f, 0.0f})));
+  }
+  EXPECT_GT(independent, 10);
+  EXPECT_GT(dependent, 10);
+}
+
+}  // namespace
+}  // namespace velmoria
