@@ -103,7 +103,7 @@ Cplx polar24(float r, float ph) {
   return {r * std::cos(angle), r * std::sin(angle)};
 }
 
-// A. and B.: the slots of the step, g^-1, and the conjugation tables of H under g and g^2.
+// The slots of the extension step, g^-1, and the conjugation tables of H under g and g^2.
 bool set_up_step(const Lorsk_Work& w, Zak_Step& st) {
   const int s = st.s;
   st.G = w.IGB[s + 1];
@@ -148,7 +148,8 @@ bool set_up_step(const Lorsk_Work& w, Zak_Step& st) {
       st.EX[i - 1][j - 1] = conj_phase(expon(w.k, TMP, 47 - j, w.SUB, st.ICSB[i - 1][j - 1]));
     }
   }
-  // C.2, the same for every representation: g^p = (pure translation) h_L.
+  // The power g^p that falls back into H, the same for every representation:
+  // g^p = (pure translation) h_L.
   matmult(w.SUB, st.G, w.SUB, st.G, TMP, 50 - st.p);
   if (st.p == 3) matmult(w.SUB, st.G, TMP, 47, TMP, 48);
   st.L = find_rotation(TMP[48], w.SUB, st.h);
@@ -160,7 +161,7 @@ bool set_up_step(const Lorsk_Work& w, Zak_Step& st) {
   return true;
 }
 
-// C.1: does the conjugate of IR by g^(i-1) equal J on H?
+// Whether the conjugate of IR by g^(i-1) equals J on H.
 bool conjugate_matches(const Lorsk_Work& w, const Zak_Step& st, int IR, int J, int i, int d) {
   const int count = d > 1 ? st.h : st.s;
   for (int q = 1; q <= count; ++q) {
@@ -181,7 +182,7 @@ bool conjugate_matches(const Lorsk_Work& w, const Zak_Step& st, int IR, int J, i
   return true;
 }
 
-// C.1: the orbit of IR under g; false when some conjugate has no partner.
+// The orbit of IR under conjugation by g; false when some conjugate has no partner.
 bool find_orbit(const Lorsk_Work& w, Zak_Step& st, int IR) {
   const int d = w.drep(IR, st.old);
   st.CON = {IR, 0, 0};
@@ -206,7 +207,8 @@ bool new_representation(Lorsk_Work& w, const Zak_Step& st, int dim) {
   return true;
 }
 
-// C.4: the p extensions of a self-conjugate representation IR of dimension d.
+// Extension: the p representations of G that a self-conjugate representation IR of H of
+// dimension d extends to.
 bool extend(Lorsk_Work& w, const Zak_Step& st, int IR, int d) {
   Unitary_Result u;
   if (d == 1) {
@@ -260,7 +262,7 @@ bool extend(Lorsk_Work& w, const Zak_Step& st, int IR, int d) {
   return true;
 }
 
-// C.5: the representation induced from IR of dimension d, of dimension p d.
+// Induction: the representation of G induced from IR of dimension d, of dimension p d.
 bool induce(Lorsk_Work& w, const Zak_Step& st, int IR, int d) {
   const int old = st.old, nl = st.nlev, h = st.h, p = st.p, pd = p * d;
   if (d > max_branch_dim || !new_representation(w, st, pd)) {

@@ -1,12 +1,19 @@
 // The spine of a run: the block file's head, the control file, the site loop, the end.
 #include "run/run_driver.hpp"
 
+#include <exception>
+#include <functional>
+
+#include "lorsk/zak.hpp"
 #include "run/control_reader.hpp"
 #include "run/run_state.hpp"
 #include "run/steps.hpp"
 #include "support/layout.hpp"
 #include "support/numeric.hpp"
 #include "support/text.hpp"
+#include "symmetry/records.hpp"
+#include "symmetry/symmetry_symbols.hpp"
+#include "symmetry/tables.hpp"
 
 namespace velmoria {
 
@@ -100,6 +107,25 @@ void write_site_text(Run_State& rs, int ns) {
   }
 }
 
+// Every run starts from the library's initial state, whatever ran before it in this thread:
+// tolerances, error pairs, the lattice globals and the axes of the last group set up.
+void reset_library_state() {
+  set_epsg_default();
+  set_epsg_dp(1.0e-12);
+  set_eps_default();
+  init_err_mathgen();
+  init_err_string();
+  init_err_symm();
+  init_err_symtab();
+  init_err_math3d();
+  init_err_lorsk();
+  hexa = false;
+  inlat = 0;
+  lat_ch = ' ';
+  nlat = 0;
+  ltr = {};
+}
+
 void run_steps(Run_State& rs, const Run_Input& input) {
   write_block_head(rs.out.block);
   const std::vector<std::string> lines =
@@ -130,16 +156,25 @@ void run_steps(Run_State& rs, const Run_Input& input) {
 
 }  // namespace
 
+void run_guarded(Run_State& rs, const std::function<void(Run_State&)>& steps) {
+  try {
+    steps(rs);
+  } catch (const Quiet_Stop&) {
+    // The message has been written; the run ends here.
+  } catch (const std::exception& e) {
+    const std::string message = std::string(" => Internal error, the run stops: ") + e.what();
+    put(rs.out.console, "a", message);
+    put(rs.out.result, "a", message);
+  }
+}
+
 Run_Output run_velmoria(const Run_Input& input) {
   auto state = std::make_shared<Run_State>();
   Run_State& rs = *state;
   rs.sv.path_name = input.path_name;
   const float saved_epss = epss_val();
-  try {
-    run_steps(rs, input);
-  } catch (const Quiet_Stop&) {
-    // The message has been written; the run ends here.
-  }
+  reset_library_state();
+  run_guarded(rs, [&input](Run_State& r) { run_steps(r, input); });
   set_epsg_sp(saved_epss);
   Run_Output out{std::move(rs.out.console), std::move(rs.out.result), std::move(rs.out.block),
                  nullptr};

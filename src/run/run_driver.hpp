@@ -1,6 +1,7 @@
 // A run as a function: control-file text in; result file, block file and console text out.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -25,5 +26,10 @@ struct Run_Output {
 };
 
 Run_Output run_velmoria(const Run_Input& input);
+
+// Runs the steps of a run on rs: a quiet stop ends them where its message was written, and an
+// internal error (a malformed layout, more items than a layout can take, no memory) ends them
+// with a message on the console and in the result file.  Nothing is thrown past it.
+void run_guarded(Run_State& rs, const std::function<void(Run_State&)>& steps);
 
 }  // namespace velmoria

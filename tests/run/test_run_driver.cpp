@@ -2,10 +2,13 @@
 // bad input, compared line by line with text worked out from the layouts.
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
 #include "run/run_driver.hpp"
+#include "run/run_state.hpp"
+#include "support/layout.hpp"
 #include "support/numeric.hpp"
 #include "text_lines.hpp"
 
@@ -189,6 +192,28 @@ TEST(RunDriver, SubOrbitNumbersFromTenOnTakeTwoColumns) {
                             [&](const std::string& l) { return l.rfind(label, 0) == 0; });
   }
   EXPECT_EQ(labelled, 4);
+}
+
+// A malformed layout or more items than a layout takes is an internal error: the run ends with
+// a message, and nothing is thrown past it.
+TEST(RunDriver, InternalErrorsEndTheRunWithAMessage) {
+  const std::vector<std::function<void(Run_State&)>> faults = {
+      [](Run_State& rs) { put(rs.out.result, "a,3q", "x"); },
+      [](Run_State& rs) { put(rs.out.result, "5x", "x"); }};
+  for (const auto& fault : faults) {
+    Run_State rs;
+    EXPECT_NO_THROW(run_guarded(rs, fault));
+    EXPECT_EQ(rs.out.console.rfind(" => Internal error, the run stops: layout \"", 0), 0u)
+        << rs.out.console;
+    EXPECT_NE(rs.out.result.find(" => Internal error, the run stops: "), std::string::npos);
+  }
+  Run_State rs;
+  run_guarded(rs, [](Run_State& r) {
+    put(r.out.result, "a", "written");
+    throw Quiet_Stop{};
+  });
+  EXPECT_EQ(rs.out.result, "written\n");
+  EXPECT_EQ(rs.out.console, "");
 }
 
 }  // namespace
