@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <cmath>
 #include <complex>
+#include <optional>
+#include <string>
 
 #include "analysis/fourier_text.hpp"
 #include "analysis/site_analysis.hpp"
@@ -64,7 +66,7 @@ void find_functions(const Site_Context& cx, const Site_Representation& rep, int 
   const int nd3 = 3 * rep.mult;
   const double limit = static_cast<double>(null_limit);
   Growing_Span kept(nd3);  // the functions kept, for the test of dependence
-  init_err_mathgen();
+  const Mathgen_Scope mathgen_scope;
   const int d = st.idim[nu - 1];
   for (int a = 1; a <= d; ++a) {
     for (int b = 1; b <= d; ++b) {
@@ -79,10 +81,7 @@ void find_functions(const Site_Context& cx, const Site_Representation& rep, int 
         const Function single = to_single(candidate);
         if (!basis.functions.empty()) {
           const bool dependent = kept.dependent(single);
-          if (err_mathgen) {
-            put(console, "a", err_mathgen_mess);
-            init_err_mathgen();
-          }
+          if (const std::optional<std::string> mess = take_err_mathgen()) put(console, "a", *mess);
           if (dependent) continue;
         }
         basis.functions.push_back(single);

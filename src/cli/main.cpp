@@ -2,6 +2,7 @@
 // it and writes <code>.vmr and <code>.tw beside it.
 #include <cerrno>
 #include <cstdlib>
+#include <exception>
 #include <fstream>
 #include <iostream>
 #include <sstream>
@@ -144,8 +145,13 @@ int main(int argc, char** argv) {
       std::cout << version_text << "\n";
       return 0;
     }
-    if (option == "--group") return velmoria::query_group(args, std::cout, std::cerr);
-    if (option == "--irreps") return velmoria::query_irreps(args, std::cout, std::cerr);
+    try {
+      if (option == "--group") return velmoria::query_group(args, std::cout, std::cerr);
+      if (option == "--irreps") return velmoria::query_irreps(args, std::cout, std::cerr);
+    } catch (const std::exception& e) {
+      std::cerr << "velmoria: internal error: " << e.what() << "\n";
+      return 1;
+    }
     std::cerr << "velmoria: unknown option " << option << "\n";
     write_usage(std::cerr);
     return 2;

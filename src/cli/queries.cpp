@@ -8,26 +8,13 @@
 #include "support/list_read.hpp"
 #include "support/text.hpp"
 #include "symmetry/listing.hpp"
+#include "symmetry/operator_text.hpp"
 #include "symmetry/spacegroup_setup.hpp"
 #include "symmetry/tables.hpp"
 
 namespace velmoria {
 
 namespace {
-
-// The pieces of a generator list separated by ";", each shifted left.
-std::vector<std::string> split_generators(const std::string& text) {
-  std::vector<std::string> gens;
-  std::size_t start = 0;
-  while (start <= text.size()) {
-    std::size_t end = text.find(';', start);
-    if (end == std::string::npos) end = text.size();
-    const std::string piece = trim(adjustl(text.substr(start, end - start)));
-    if (!piece.empty()) gens.push_back(piece);
-    start = end + 1;
-  }
-  return gens;
-}
 
 // One component of k: a number, or a fraction p/q.
 bool read_component(const std::string& token, float& value) {
@@ -42,18 +29,6 @@ bool read_component(const std::string& token, float& value) {
   if (q == 0.0f) return false;
   value = p / q;
   return std::isfinite(value);
-}
-
-// k as a KVEC line rounds it: a component within 0.001 of a tabulated fraction becomes it.
-void round_to_fractions(Vec3& vk) {
-  for (float& c : vk) {
-    for (float f : frac) {
-      if (std::fabs(std::fabs(c) - f) <= 0.001f) {
-        c = std::copysign(f, c);
-        break;
-      }
-    }
-  }
 }
 
 }  // namespace
@@ -76,7 +51,7 @@ int query_irreps(const std::vector<std::string>& args, std::ostream& out, std::o
       return 1;
     }
   }
-  round_to_fractions(vk);
+  vk = snap_to_fractions(vk);
   // The label as a KVEC line gives it: its last two characters, "H" becoming " H".
   std::string label = "  ";
   if (args.size() == first_k + 4) {
@@ -107,7 +82,7 @@ int query_group(const std::vector<std::string>& args, std::ostream& out, std::os
   Space_Group_Type spg;
   if (args.size() == 3 && args[1] == "--gen") {
     const std::vector<std::string> gens = split_generators(args[2]);
-    if (gens.empty()) {
+    if (is_blank(args[2])) {
       err << "velmoria: --group --gen needs a list of generators such as \"-x,-y,z; "
              "x+1/2,y+1/2,z\"\n";
       return 1;

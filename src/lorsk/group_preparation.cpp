@@ -52,21 +52,6 @@ std::string operator_text(const Op4& m) {
   return get_symsymbi(rotation_of(m), translation_of(m));
 }
 
-// The pieces of a generator list between semicolons, each shifted left and cut to 30.
-std::vector<std::string> generator_pieces(std::string_view text) {
-  const std::string list = trim(text);
-  std::vector<std::string> pieces;
-  std::size_t start = 0;
-  while (true) {
-    const std::size_t semicolon = list.find(';', start);
-    const std::size_t end = semicolon == std::string::npos ? list.size() : semicolon;
-    pieces.push_back(fixed(adjustl(list.substr(start, end - start)), 30));
-    if (semicolon == std::string::npos) break;
-    start = semicolon + 1;
-  }
-  return pieces;
-}
-
 }  // namespace
 
 bool closure(Op_Table& table, const Op4& g, int& next, int start) {
@@ -110,7 +95,9 @@ int get_generatorsk(std::string& unit, std::string_view group_text, bool gen_fla
   ngenera = 0;
   NUM = 0;
   if (gen_flag) {
-    const std::vector<std::string> GEN = generator_pieces(group_text);
+    // Each generator is held in 30 characters.
+    std::vector<std::string> GEN = split_generators(group_text);
+    for (std::string& g : GEN) g = fixed(g, 30);
     if (static_cast<int>(GEN.size()) > max_generator_pieces) return status_not_determined;
     set_spacegroup(group_text, spg, &GEN, static_cast<int>(GEN.size()), "gen");
   } else if (symbol != nullptr) {

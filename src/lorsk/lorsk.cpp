@@ -126,7 +126,7 @@ int little_group_irreps(std::string& unit, const Vec3& k, std::string_view label
   if (!little_group(unit, w, label2)) return status_not_determined;
   w.create_work(w.N);
   w.rep1(1, 1, 1, 1, 1) = 1.0f;
-  init_err_lorsk();
+  const Lorsk_Scope lorsk_scope;
   zak(w);
   if (err_lorsk) put(unit, "a,a", " => Warning! ", trim(err_lorsk_mess));
 

@@ -87,8 +87,7 @@ void set_up_system(const Lorsk_Work& w, int ng, int d, int IR, const Conj_Slots&
 }
 
 void fail(Unitary_Result& out, int d, const std::string& what) {
-  err_lorsk = true;
-  err_lorsk_mess = what;
+  set_err_lorsk(what);
   out = Unitary_Result{};
   for (int a = 0; a < d; ++a) out.U1[a][a] = 1.0f;
 }
@@ -178,9 +177,8 @@ Unitary_Result unitrn(const Lorsk_Work& w, int ng, int d, int IR, const Conj_Slo
   // With several free columns the representation was not irreducible: the first null vector
   // is used as for one, and the failure is reported.
   if (nv.nfree > 1) {
-    err_lorsk = true;
-    err_lorsk_mess =
-        "Intertwining matrix not unique: the system has " + sput("i1", nv.nfree) + " free columns";
+    set_err_lorsk("Intertwining matrix not unique: the system has " + sput("i1", nv.nfree) +
+                  " free columns");
   }
   float f = 0.0f;
   for (int c = 0; c < d; ++c) f += std::norm(nv.B[c][0]);

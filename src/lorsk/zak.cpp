@@ -13,9 +13,19 @@ namespace velmoria {
 constinit thread_local bool err_lorsk = false;
 thread_local std::string err_lorsk_mess;
 
+constinit thread_local int err_lorsk_depth = 0;
+
 void init_err_lorsk() {
-  err_lorsk = false;
-  err_lorsk_mess.clear();
+  clear_error_pair(err_lorsk, err_lorsk_mess);
+}
+
+void reset_lorsk_state() {
+  clear_error_pair(err_lorsk, err_lorsk_mess);
+  err_lorsk_depth = 0;
+}
+
+void set_err_lorsk(std::string_view message) {
+  raise_error_pair(err_lorsk, err_lorsk_mess, message);
 }
 
 namespace {
@@ -41,8 +51,7 @@ struct Zak_Step {
 };
 
 void fail(const std::string& what) {
-  err_lorsk = true;
-  err_lorsk_mess = what;
+  set_err_lorsk(what);
 }
 
 bool equal_rotation(const Op4& a, const Op4& b) {

@@ -134,14 +134,7 @@ void Reader::kvec(const std::string& line) {
     stop_with(rs,
               " => Error reading the three components of the propagation vector in: " + trim(line));
   }
-  for (float& c : vk) {
-    for (float f : frac) {
-      if (std::fabs(std::fabs(c) - f) <= 0.001f) {
-        c = std::copysign(f, c);
-        break;
-      }
-    }
-  }
+  vk = snap_to_fractions(vk);
   sv.vk = vk;
   const std::string t = trim(line);
   const std::string ke1 = t.size() >= 2 ? t.substr(t.size() - 2) : fixed(t, 2);

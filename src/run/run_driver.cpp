@@ -113,12 +113,12 @@ void reset_library_state() {
   set_epsg_default();
   set_epsg_dp(1.0e-12);
   set_eps_default();
-  init_err_mathgen();
-  init_err_string();
-  init_err_symm();
-  init_err_symtab();
-  init_err_math3d();
-  init_err_lorsk();
+  reset_mathgen_state();
+  reset_string_state();
+  reset_symm_state();
+  reset_symtab_state();
+  reset_math3d_state();
+  reset_lorsk_state();
   hexa = false;
   inlat = 0;
   lat_ch = ' ';
@@ -157,15 +157,21 @@ void run_steps(Run_State& rs, const Run_Input& input) {
 }  // namespace
 
 void run_guarded(Run_State& rs, const std::function<void(Run_State&)>& steps) {
+  std::string what;
   try {
     steps(rs);
+    return;
   } catch (const Quiet_Stop&) {
-    // The message has been written; the run ends here.
+    return;  // the message has been written; the run ends here
   } catch (const std::exception& e) {
-    const std::string message = std::string(" => Internal error, the run stops: ") + e.what();
-    put(rs.out.console, "a", message);
-    put(rs.out.result, "a", message);
+    what = e.what();
+  } catch (...) {
+    what = "unknown exception";
   }
+  // Plain appends: the layout writer may be what failed.
+  const std::string message = " => Internal error, the run stops: " + what + "\n";
+  rs.out.console += message;
+  rs.out.result += message;
 }
 
 Run_Output run_velmoria(const Run_Input& input) {

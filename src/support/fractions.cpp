@@ -99,8 +99,7 @@ std::string fraction_2dig_text(float v) {
 // One real read from text; on failure err_string is set with the text that failed.
 bool read_real(std::string_view text, float& value) {
   if (read_list(text, value)) return true;
-  err_string = true;
-  err_string_mess = " The provided symbol is illegal: " + trim(text);
+  set_err_string(" The provided symbol is illegal: " + trim(text));
   return false;
 }
 
@@ -122,6 +121,18 @@ float read_fract(std::string_view str) {
   if (!read_real(str.substr(0, p), numerator)) return 0.0F;
   if (!read_real(str.substr(p + 1), denominator)) return 0.0F;
   return numerator / denominator;  // a zero denominator gives an infinite value, untested
+}
+
+Vec3 snap_to_fractions(Vec3 k) {
+  for (float& c : k) {
+    for (float f : frac) {
+      if (std::fabs(std::fabs(c) - f) <= fraction_snap_tolerance) {
+        c = std::copysign(f, c);
+        break;
+      }
+    }
+  }
+  return k;
 }
 
 }  // namespace velmoria

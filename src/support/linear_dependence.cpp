@@ -297,15 +297,14 @@ void qr_sweep(Bidiagonal& b, size_t l, size_t k) {
 }
 
 // The Golub-Reinsch decomposition; without vectors only the singular values are worked out.
-void decompose(std::vector<double>& a, int m, int n, std::vector<double>& w, std::vector<double>& v,
+// False, with err_mathgen raised, when it fails.
+bool decompose(std::vector<double>& a, int m, int n, std::vector<double>& w, std::vector<double>& v,
                bool vectors) {
-  init_err_mathgen();
   if (m < 0 || n < 0 || a.size() != static_cast<size_t>(m) * static_cast<size_t>(n) ||
       w.size() != static_cast<size_t>(n) ||
       v.size() != static_cast<size_t>(n) * static_cast<size_t>(n)) {
-    err_mathgen = true;
-    err_mathgen_mess = " => Physical dimensions of arguments in SVDcmp_dp are not compatible ";
-    return;
+    set_err_mathgen(" => Physical dimensions of arguments in SVDcmp_dp are not compatible ");
+    return false;
   }
   const auto rows = static_cast<size_t>(m);
   const auto cols = static_cast<size_t>(n);
@@ -358,9 +357,8 @@ void decompose(std::vector<double>& a, int m, int n, std::vector<double>& w, std
         break;
       }
       if (sweep == max_sweeps) {
-        err_mathgen = true;
-        err_mathgen_mess = " => SVDcmp_dp: convergence not reached ! ";
-        return;
+        set_err_mathgen(" => SVDcmp_dp: convergence not reached ! ");
+        return false;
       }
       if (l + 1 == k) {
         solve_two_by_two(b, l);
@@ -369,6 +367,7 @@ void decompose(std::vector<double>& a, int m, int n, std::vector<double>& w, std
       }
     }
   }
+  return true;
 }
 
 }  // namespace
@@ -389,6 +388,7 @@ double pythag_dp(double a, double b) {
 
 void svdcmp_dp(std::vector<double>& a, int m, int n, std::vector<double>& w,
                std::vector<double>& v) {
+  const Mathgen_Scope mathgen_scope;
   decompose(a, m, n, w, v, true);
 }
 
@@ -398,20 +398,19 @@ int rank_dp(std::span<const double> a, int m, int n, double tol) {
   const size_t cols = n > 0 ? static_cast<size_t>(n) : 0;
   std::vector<double> w(cols);
   std::vector<double> v(cols * cols);
-  decompose(work, m, n, w, v, false);
-  if (err_mathgen) return 0;
+  const Mathgen_Scope mathgen_scope;
+  if (!decompose(work, m, n, w, v, false)) return 0;
   return static_cast<int>(std::count_if(w.begin(), w.end(), [tol](double x) { return x > tol; }));
 }
 
 void linear_dependentc(std::span<const Complex> a, int na, std::span<const Complex> b, int b_rows,
                        int b_cols, int nb, int mb, bool& info) {
-  init_err_mathgen();
+  const Mathgen_Scope mathgen_scope;
   info = true;
   if (na < 0 || nb < 0 || mb < 0 || b_rows < nb || b_cols < mb ||
       b.size() < static_cast<size_t>(b_rows) * static_cast<size_t>(b_cols) ||
       a.size() < static_cast<size_t>(na)) {
-    err_mathgen = true;
-    err_mathgen_mess = " Linear_DependentC: Error in dimension of input matrix or vector";
+    set_err_mathgen(" Linear_DependentC: Error in dimension of input matrix or vector");
     return;
   }
   const auto rows_b = static_cast<size_t>(nb);
@@ -443,8 +442,7 @@ void linear_dependentc(std::span<const Complex> a, int na, std::span<const Compl
     return;
   }
   if (na != nb) {
-    err_mathgen = true;
-    err_mathgen_mess = " Linear_DependentC: input dimension of vector incompatible with matrix";
+    set_err_mathgen(" Linear_DependentC: input dimension of vector incompatible with matrix");
     return;
   }
 
@@ -525,7 +523,7 @@ void Growing_Span::reduce(std::span<const Complex> a) {
 }
 
 bool Growing_Span::dependent(std::span<const Complex> a) {
-  init_err_mathgen();
+  const Mathgen_Scope mathgen_scope;
   // kept_ + 1 vectors of n components depend on each other when n <= kept_.
   if (rows_ <= 2 * static_cast<size_t>(kept_) + 1) return true;
   reduce(a);

@@ -57,9 +57,26 @@ double ep_ss_val() {
   return ep_ss;
 }
 
+constinit thread_local int err_mathgen_depth = 0;
+
 void init_err_mathgen() {
-  err_mathgen = false;
-  err_mathgen_mess.clear();
+  clear_error_pair(err_mathgen, err_mathgen_mess);
+}
+
+void reset_mathgen_state() {
+  clear_error_pair(err_mathgen, err_mathgen_mess);
+  err_mathgen_depth = 0;
+}
+
+void set_err_mathgen(std::string_view message) {
+  raise_error_pair(err_mathgen, err_mathgen_mess, message);
+}
+
+std::optional<std::string> take_err_mathgen() {
+  if (!err_mathgen) return std::nullopt;
+  std::optional<std::string> mess = err_mathgen_mess;
+  clear_error_pair(err_mathgen, err_mathgen_mess);
+  return mess;
 }
 
 int nint(float x) {

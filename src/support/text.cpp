@@ -13,9 +13,19 @@ namespace velmoria {
 constinit thread_local bool err_string = false;
 thread_local std::string err_string_mess;
 
+constinit thread_local int err_string_depth = 0;
+
 void init_err_string() {
-  err_string = false;
-  err_string_mess.clear();
+  clear_error_pair(err_string, err_string_mess);
+}
+
+void reset_string_state() {
+  clear_error_pair(err_string, err_string_mess);
+  err_string_depth = 0;
+}
+
+void set_err_string(std::string_view message) {
+  raise_error_pair(err_string, err_string_mess, message);
 }
 
 // ---------------------------------------------------------------------------------------
@@ -146,8 +156,7 @@ struct Scanned {
 };
 
 void fail(std::string_view mess) {
-  err_string = true;
-  err_string_mess = std::string(mess);
+  set_err_string(mess);
 }
 
 // One word of capitals, digits, "." and "-": the signed mantissa times ten to the exponent.
@@ -214,7 +223,7 @@ bool is_number_word(std::string_view word) {
 
 // Every number found is counted in iv; only the first `size` are stored.
 void getnum(std::string_view line, float* vet, int* ivet, int size, int& iv) {
-  init_err_string();
+  const String_Scope string_scope;
   iv = 0;
   const int stored = (vet != nullptr && ivet != nullptr) ? std::max(size, 0) : 0;
   std::fill(vet, vet + stored, 0.0F);
@@ -339,8 +348,7 @@ void get_num_string(std::string_view str, std::string_view code, std::array<floa
     }
     if (at == std::string::npos) continue;  // a constant term
     if (met[letter]) {
-      err_string = true;
-      err_string_mess = " The provided symbol is illegal: " + trim(str);
+      set_err_string(" The provided symbol is illegal: " + trim(str));
       return;
     }
     met[letter] = true;

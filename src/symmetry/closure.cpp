@@ -761,7 +761,7 @@ char first_lattice_letter(std::string_view symb) {
 
 // Sets the tables for a letter; Z needs vectors (null when they were not given).
 void set_lattice(std::string_view symb, int n_vec, const std::vector<Vec3>* vectors) {
-  init_err_symm();
+  const Symm_Scope symm_scope;
   const char letter = first_lattice_letter(symb);
   const char up = u_case(std::string_view(&letter, 1))[0];
   ltr[0] = Vec3{0, 0, 0};

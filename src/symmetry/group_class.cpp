@@ -253,7 +253,7 @@ void get_laue_pg(const Space_Group_Type& spacegroup, std::string& laue, std::str
 }
 
 int searchop(const Mat3i& sim, int i1, int i2) {
-  init_err_symm();
+  const Symm_Scope symm_scope;
   const int first = std::max(i1, 1);
   const int last = std::min(i2, static_cast<int>(mod6.size()));
   for (const int sign : {1, -1}) {
@@ -279,7 +279,7 @@ int searchop(const Mat3i& sim, int i1, int i2) {
 }
 
 void get_laue_str(int ilaue, std::string& text) {
-  init_err_symm();
+  const Symm_Scope symm_scope;
   if (ilaue >= 1 && ilaue <= 16) {
     text = std::string(laue_class[static_cast<std::size_t>(ilaue - 1)]);
   } else {
@@ -288,7 +288,7 @@ void get_laue_str(int ilaue, std::string& text) {
 }
 
 void get_pointgroup_str(int ipg, std::string& text) {
-  init_err_symm();
+  const Symm_Scope symm_scope;
   if (ipg >= 1 && ipg <= 41) {
     text = std::string(point_group[static_cast<std::size_t>(ipg - 1)]);
   } else {

@@ -282,7 +282,7 @@ void get_so_from_hall(int& isystem, int& icentre, int& ibravl, int& ng, std::vec
   num_g = 1;
   ss.clear();
   ts.clear();
-  init_err_symm();
+  const Symm_Scope symm_scope;
 
   Hall_Text h{u_case(fixed(adjustl(symb), hall_symbol_len))};
   int n = static_cast<int>(len_trim(h.group));
@@ -315,7 +315,7 @@ void get_so_from_hall(int& isystem, int& icentre, int& ibravl, int& ng, std::vec
     Generator g;
     if (static_cast<int>(gens.size()) == max_hall_generators ||
         !read_generator(h, p, e, static_cast<int>(gens.size()), gens, g)) {
-      err_symm = true;
+      set_err_symm("");
       return;
     }
     gens.push_back(g);
@@ -325,7 +325,7 @@ void get_so_from_hall(int& isystem, int& icentre, int& ibravl, int& ng, std::vec
   if (shift_at > 0) {
     Vec3i s{};
     if (!read_shift(h, shift_at, n, s)) {
-      err_symm = true;
+      set_err_symm("");
       return;
     }
     for (Generator& g : gens) change_origin(g, s);

@@ -222,7 +222,6 @@ bool is_digit_1_6(char c) {
 
 // The checks of the items, each over all items in turn; false with the message set.
 bool check_symbol_hm(const Hms_State& s) {
-  init_err_symm();
   for (int i = 1; i <= num_items; ++i) {
     for (int k = 1; k <= item_len; ++k) {
       if (!in(good, s.h(i, k))) {
@@ -703,7 +702,7 @@ void get_so_from_hms(int& isystem, int* icentre, int& ibravl, int& ng, std::vect
   ibravl = 0;
   latsy = "  ";
   put_reset_state(ng, ss, ts);
-  init_err_symm();
+  const Symm_Scope symm_scope;
 
   Hms_State s;
   reset(s);

@@ -43,7 +43,7 @@ std::string remove_blanks(std::string_view s) {
 
 // Reads the text into rot (and tr when given); the worker behind the read_xsym variants.
 void read_operator(std::string_view info, int istart, Mat3i& rot, Vec3* tr, bool check) {
-  init_err_symm();
+  const Symm_Scope symm_scope;
   rot = Mat3i{};
   if (tr != nullptr) *tr = Vec3{};
   const int n = static_cast<int>(len_trim(info));
@@ -203,8 +203,21 @@ void read_xsym(std::string_view info, int istart, Mat3r& rot, Vec3& tr, bool che
   }
 }
 
+std::vector<std::string> split_generators(std::string_view list) {
+  const std::string text = trim(adjustl(list));
+  std::vector<std::string> pieces;
+  std::size_t start = 0;
+  while (true) {
+    const std::size_t semicolon = text.find(';', start);
+    const std::size_t end = semicolon == std::string::npos ? text.size() : semicolon;
+    pieces.push_back(trim(adjustl(text.substr(start, end - start))));
+    if (semicolon == std::string::npos) return pieces;
+    start = semicolon + 1;
+  }
+}
+
 bool check_generator(std::string_view symb, std::string* symb_type) {
-  init_err_symm();
+  const Symm_Scope symm_scope;
   std::array<std::string, 3> fields;
   const std::size_t first = symb.find(',');
   const std::size_t last = symb.rfind(',');
@@ -328,7 +341,7 @@ std::string get_symsymbr(const Mat3r& xop, const Vec3& xtr) {
 }
 
 std::string decodmatmag(const Mat3i& mat) {
-  init_err_symm();
+  const Symm_Scope symm_scope;
   int s = 0;
   for (int sign : {1, -1}) {
     for (int n = 1; n <= cubic_rows + hexagonal_rows && s == 0; ++n) {

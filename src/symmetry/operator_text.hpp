@@ -4,6 +4,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "support/numeric.hpp"
 
@@ -23,6 +24,12 @@ void read_xsym(std::string_view info, int istart, Mat3r& rot, Vec3& tr, bool che
 // determinant of magnitude 1.  Constant terms are ignored.  When symb_type is given it receives
 // the kind of element, e.g. "2 or 21  [undet. loc.]".  Failures set err_symm / err_symm_mess.
 bool check_generator(std::string_view symb, std::string* symb_type = nullptr);
+
+// The generators of a list separated by ";": the piece before the first ";", those between two
+// and the one behind the last, each shifted left and trimmed.  Empty pieces are kept, so that
+// a stray ";" is refused as an empty generator wherever a list is read; a blank list gives one
+// empty piece.
+std::vector<std::string> split_generators(std::string_view list);
 
 // The blank-free x,y,z text of an integer operator, e.g. "-x+1/2,y,z+1/4" or "x-y,x,z+1/2".
 std::string get_symsymbi(const Mat3i& rot, const Vec3& tr);

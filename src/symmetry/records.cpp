@@ -23,14 +23,19 @@ constinit thread_local char lat_ch = ' ';
 constinit thread_local std::array<Vec3, max_lattice_points> ltr{};
 constinit thread_local int nlat = 0;
 
+constinit thread_local int err_symm_depth = 0;
+
 void init_err_symm() {
-  err_symm = false;
-  err_symm_mess.clear();
+  clear_error_pair(err_symm, err_symm_mess);
+}
+
+void reset_symm_state() {
+  clear_error_pair(err_symm, err_symm_mess);
+  err_symm_depth = 0;
 }
 
 void set_err_symm(std::string_view message) {
-  err_symm = true;
-  err_symm_mess = std::string(message.substr(0, err_symm_mess_len));
+  raise_error_pair(err_symm, err_symm_mess, message, err_symm_mess_len);
 }
 
 void allocate_lattice_centring(Lattice_Centring_Type& record, int n, bool extended) {

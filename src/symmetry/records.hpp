@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "support/error_scope.hpp"
 #include "support/numeric.hpp"
 
 namespace velmoria {
@@ -81,9 +82,18 @@ extern constinit thread_local int inlat;
 extern constinit thread_local char lat_ch;
 extern constinit thread_local std::array<Vec3, max_lattice_points> ltr;
 extern constinit thread_local int nlat;
+extern constinit thread_local int err_symm_depth;  // open Symm_Scope objects
 void init_err_symm();
-// Sets err_symm and the message, cut to the 150 characters of err_symm_mess.
+// The pair cleared and no scope counted: the state a run starts from.
+void reset_symm_state();
+// Sets err_symm and the message, cut to the 150 characters of err_symm_mess; an error that is
+// pending already is kept.
 void set_err_symm(std::string_view message);
+// Opened at the start of a routine that can raise err_symm: the outermost one clears the
+// pair, those of the routines it calls leave a pending error alone.
+struct Symm_Scope : Error_Scope {
+  Symm_Scope() : Error_Scope(err_symm, err_symm_mess, err_symm_depth) {}
+};
 
 Vec3 applyso(const Sym_Oper_Type& op, const Vec3& v);
 bool equal_symop(const Sym_Oper_Type& a, const Sym_Oper_Type& b);

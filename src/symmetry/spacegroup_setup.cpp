@@ -17,6 +17,7 @@
 #include "symmetry/hall_symbols.hpp"
 #include "symmetry/hm_symbols.hpp"
 #include "symmetry/operator_text.hpp"
+#include "symmetry/spacegroup_roads.hpp"
 #include "symmetry/tables.hpp"
 
 namespace velmoria {
@@ -35,23 +36,10 @@ const char* const mess_generic = "Error in the provided symbol/number of the spa
 constexpr std::array<std::string_view, 7> hall_only_symbols = {
     "P N M 21", "P 21 N M", "P M 21 N", "B A M B", "C 4 2 21", "C -4 B 2", "F -4 D 2"};
 
-// What a road hands to the expansion: the reduced set and the classes of the group.
-struct Road_Result {
-  int isystem = 0;
-  int icentre = 1;
-  int ibravl = 1;
-  int ng = 0;
-  int num_g = 0;
-  std::vector<Mat3i> ss;
-  std::vector<Vec3> ts;
-  std::string latsy;
-  Vec3 co{};
-  bool set_num_gen = true;  // false on the Hermann-Mauguin reading of a symbol
-};
+using setup_roads::Road_Result;
 
 void fail(const std::string& mess) {
-  err_symm = true;
-  err_symm_mess = mess;
+  set_err_symm(mess);
 }
 
 // First row (0-based) of the table of settings matching `pred`, -1 when none.
@@ -269,7 +257,10 @@ bool road_gen(Space_Group_Type& spg, Road_Result& rr, const std::vector<std::str
   return true;
 }
 
-void road_hall(Space_Group_Type& spg, Road_Result& rr, const std::string& spgm, int k) {
+}  // namespace
+
+void setup_roads::road_hall(Space_Group_Type& spg, Road_Result& rr, const std::string& spgm,
+                            int k) {
   reduced_set_from_hall(rr, spgm);
   if (k >= 0) {
     fill_table_fields(spg, k + 1);
@@ -279,6 +270,8 @@ void road_hall(Space_Group_Type& spg, Road_Result& rr, const std::string& spgm, 
   spg.crystal_sys = system_name(rr.isystem);
   spg.setting = "Generated from Hall symbol";
 }
+
+namespace {
 
 // Generators of the group for the Hermann-Mauguin reading of a tabulated symbol.
 int num_gen_of_number(int num) {
@@ -291,10 +284,13 @@ int num_gen_of_number(int num) {
   return 2;
 }
 
-void road_hms(Space_Group_Type& spg, Road_Result& rr, std::string_view spacegen, int k) {
+}  // namespace
+
+void setup_roads::road_hms(Space_Group_Type& spg, Road_Result& rr, std::string_view spacegen, int k,
+                           const std::string& row_hall) {
   bool colon = has_colon(spacegen);
   if (colon && k >= 0) {
-    reduced_set_from_hall(rr, hall_of_row(k));
+    reduced_set_from_hall(rr, row_hall);
   } else {
     // The symbol read by its own rules, without the colon and what follows it.
     rr.set_num_gen = false;
@@ -321,6 +317,20 @@ void road_hms(Space_Group_Type& spg, Road_Result& rr, std::string_view spacegen,
   }
 }
 
+void setup_roads::road_itc_generators(Space_Group_Type& spg, Road_Result& rr,
+                                      std::string_view spacegen, const std::string& gener, int k) {
+  reduced_set_from_generators(rr, split_generators(gener));
+  if (k >= 0) {
+    fill_table_fields(spg, k + 1);
+    spg.setting = "Generated from explicit IT generators";
+  } else {
+    spg.spg_symb = trim(fixed(adjustl(spacegen), spg_symb_len));
+  }
+  spg.crystal_sys = system_name(rr.isystem);
+}
+
+namespace {
+
 bool road_itc(Space_Group_Type& spg, Road_Result& rr, std::string_view spacegen,
               const std::string& spgm, int k) {
   std::string gener;
@@ -329,21 +339,7 @@ bool road_itc(Space_Group_Type& spg, Road_Result& rr, std::string_view spacegen,
          " => the HM symbol or the number is incorrect ");
     return false;
   }
-  std::vector<std::string> pieces;
-  std::size_t start = 0;
-  for (std::size_t p = gener.find(';'); p != std::string::npos; p = gener.find(';', start)) {
-    pieces.push_back(adjustl(gener.substr(start, p - start)));
-    start = p + 1;
-  }
-  pieces.push_back(gener.substr(start));
-  reduced_set_from_generators(rr, pieces);
-  if (k >= 0) {
-    fill_table_fields(spg, k + 1);
-    spg.setting = "Generated from explicit IT generators";
-  } else {
-    spg.spg_symb = trim(fixed(adjustl(spacegen), spg_symb_len));
-  }
-  spg.crystal_sys = system_name(rr.isystem);
+  setup_roads::road_itc_generators(spg, rr, spacegen, gener, k);
   return true;
 }
 
@@ -497,7 +493,7 @@ void set_spacegroup(std::string_view spacegen, Space_Group_Type& spacegroup,
                     const std::vector<std::string>* gen, std::optional<int> ngen,
                     std::optional<std::string_view> mode, bool force_hall) {
   spacegroup = Space_Group_Type{};
-  init_err_symm();
+  const Symm_Scope symm_scope;
   set_spgr_info();
   set_wyckoff_info();
 
@@ -515,9 +511,9 @@ void set_spacegroup(std::string_view spacegen, Space_Group_Type& spacegroup,
   } else if (rc.opcion == "GEN") {
     ok = road_gen(spacegroup, rr, gen, ngen);
   } else if (rc.opcion == "HAL") {
-    road_hall(spacegroup, rr, rc.spgm, rc.k);
+    setup_roads::road_hall(spacegroup, rr, rc.spgm, rc.k);
   } else if (rc.opcion == "HMS") {
-    road_hms(spacegroup, rr, spacegen, rc.k);
+    setup_roads::road_hms(spacegroup, rr, spacegen, rc.k, rc.k >= 0 ? hall_of_row(rc.k) : "");
   } else if (rc.opcion == "ITC") {
     ok = road_itc(spacegroup, rr, spacegen, rc.spgm, rc.k);
   } else {
@@ -525,6 +521,11 @@ void set_spacegroup(std::string_view spacegen, Space_Group_Type& spacegroup,
     return;
   }
   if (!ok) return;
+  setup_roads::finish_spacegroup(spacegroup, rr, rc.opcion, rc.k);
+}
+
+void setup_roads::finish_spacegroup(Space_Group_Type& spacegroup, const Road_Result& rr,
+                                    std::string_view opcion, int k) {
   fill_common_fields(spacegroup, rr);
 
   if (err_symm) {
@@ -533,9 +534,9 @@ void set_spacegroup(std::string_view spacegen, Space_Group_Type& spacegroup,
   }
   spacegroup.hexa_axes = hexagonal_form(rr);
   hexa = spacegroup.hexa_axes;
-  bool fixed_list = (rc.opcion == "FIX");
+  bool fixed_list = (opcion == "FIX");
   expand_operators(spacegroup, rr, fixed_list);
-  if (rc.k < 0) {
+  if (k < 0) {
     get_laue_pg(spacegroup, spacegroup.laue, spacegroup.pg);
     spacegroup.laue = trim(spacegroup.laue);
     spacegroup.pg = trim(spacegroup.pg);
@@ -543,7 +544,7 @@ void set_spacegroup(std::string_view spacegen, Space_Group_Type& spacegroup,
   if (rr.icentre == 0 && rr.ng < spacegroup.multip) {
     spacegroup.centre = trim(spacegroup.centre) + "  Gen(-1):" + spacegroup.symop_symb[rr.ng];
   }
-  if (rc.opcion == "GEN") get_hallsymb_from_gener(spacegroup);
+  if (opcion == "GEN") get_hallsymb_from_gener(spacegroup);
   if (!is_blank(spacegroup.spg_symb)) {
     attach_special_orbits(spacegroup);
     lower_symbol_case(spacegroup.spg_symb);

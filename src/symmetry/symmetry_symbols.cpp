@@ -24,9 +24,19 @@ thread_local std::string err_math3d_mess;
 constexpr float eps_math3d_default = 1.0e-5f;
 constinit thread_local float eps_math3d = eps_math3d_default;
 
+constinit thread_local int err_math3d_depth = 0;
+
 void init_err_math3d() {
-  err_math3d = false;
-  err_math3d_mess.clear();
+  clear_error_pair(err_math3d, err_math3d_mess);
+}
+
+void reset_math3d_state() {
+  clear_error_pair(err_math3d, err_math3d_mess);
+  err_math3d_depth = 0;
+}
+
+void set_err_math3d(std::string_view message) {
+  raise_error_pair(err_math3d, err_math3d_mess, message);
 }
 
 void set_eps_default() {
@@ -39,8 +49,7 @@ constexpr float e = eps_symbol;
 constexpr char axis_letter[] = "xyz";
 
 void set_math3d_error(const char* mess) {
-  err_math3d = true;
-  err_math3d_mess = mess;
+  set_err_math3d(mess);
 }
 
 // Start values of every solver: ts = 0, x = 1, ix = 0.
@@ -447,6 +456,8 @@ std::string symbol_of_rotoinversion(const Mat3i& s, const Vec3& t, int n) {
 }  // namespace
 
 std::string symmetry_symbol_xyz(std::string_view text) {
+  const Symm_Scope symm_scope;
+  const Math3d_Scope math3d_scope;
   Mat3i s{};
   Vec3 t{};
   read_xsym(text, 1, s, t);
@@ -457,7 +468,6 @@ namespace {
 
 std::string symbol_text(const Mat3i& s, const Vec3& t) {
   int n = axes_rotation(s);
-  init_err_symm();
   std::string symb;
   if (n == 1) {
     if (std::fabs(t[0]) + std::fabs(t[1]) + std::fabs(t[2]) <= 3 * e) {
@@ -478,8 +488,9 @@ std::string symbol_text(const Mat3i& s, const Vec3& t) {
 }
 
 // A listing names every operator of a group, and groups are set up again and again: each
-// symbol is kept, with the error state it leaves, keyed by the exact operator and the
-// tolerances in force.
+// symbol is kept, with the errors its working out raises, keyed by the exact operator and the
+// tolerances in force.  A symbol worked out while an error was pending is not kept, since the
+// pairs then do not tell what it raised itself.
 struct Known_Symbol {
   std::string symb;
   bool symm_error;
@@ -490,6 +501,8 @@ struct Known_Symbol {
 }  // namespace
 
 std::string symmetry_symbol_str(const Mat3i& s, const Vec3& t) {
+  const Symm_Scope symm_scope;
+  const Math3d_Scope math3d_scope;
   thread_local std::unordered_map<Bit_Key<14>, Known_Symbol, Bit_Key_Hash> known;
   Bit_Key<14> key{};
   for (int i = 0; i < 3; ++i) {
@@ -500,13 +513,13 @@ std::string symmetry_symbol_str(const Mat3i& s, const Vec3& t) {
   key[13] = key_bits(eps_math3d);
   if (const auto it = known.find(key); it != known.end()) {
     const Known_Symbol& k = it->second;
-    err_symm = k.symm_error;
-    err_symm_mess = k.symm_message;
-    err_math3d = k.math3d_error;
-    err_math3d_mess = k.math3d_message;
+    if (k.symm_error) set_err_symm(k.symm_message);
+    if (k.math3d_error) set_err_math3d(k.math3d_message);
     return k.symb;
   }
+  const bool pending = err_symm || err_math3d;
   std::string symb = symbol_text(s, t);
+  if (pending) return symb;
   if (known.size() >= 8192) known.clear();
   known.emplace(key, Known_Symbol{symb, err_symm, err_symm_mess, err_math3d, err_math3d_mess});
   return symb;
@@ -545,7 +558,7 @@ std::string get_string_resolv(const Vec3& t, const Vec3& x, const Vec3i& ix) {
 }
 
 std::string get_symkov(const Mat3i& s) {
-  init_err_symm();
+  const Symm_Scope symm_scope;
   int first = hexa ? 25 : 1;
   int last = hexa ? 36 : 24;
   for (int sign : {1, -1}) {
@@ -564,15 +577,14 @@ std::string get_symkov(const Mat3i& s) {
       return fixed(intsymd6h[n - 1], 14) + " -> " + fixed(kov_d6h[n - 1], 3);
     }
   }
-  err_symm = true;
-  err_symm_mess = " Try to re-write your S.O. using a rotational part";
-  err_symm_mess += hexa ? " identical to a S.O. of the space group P 6/m m m"
-                        : " identical to a S.O. of the space group P m -3 m";
+  set_err_symm(std::string(" Try to re-write your S.O. using a rotational part") +
+               (hexa ? " identical to a S.O. of the space group P 6/m m m"
+                     : " identical to a S.O. of the space group P m -3 m"));
   return {};
 }
 
 void resolv_sist_1x2(const Vec2i& w, float t, Vec2& ts, Vec2& x, Vec2i& ix) {
-  init_err_math3d();
+  const Math3d_Scope math3d_scope;
   Vec3 ts3{0, 0, 0}, x3{1, 1, 1};
   Vec3i ix3{0, 0, 0};
   solve_1x2_into(w[0], w[1], t, 0, 1, ts3, x3, ix3);
@@ -583,19 +595,19 @@ void resolv_sist_1x2(const Vec2i& w, float t, Vec2& ts, Vec2& x, Vec2i& ix) {
 
 void resolv_sist_1x3(const Vec3i& w, float t, Vec3& ts, Vec3& x, Vec3i& ix) {
   start_triple(ts, x, ix);
-  init_err_math3d();
+  const Math3d_Scope math3d_scope;
   solve_1x3_into(to_double(w), t, ts, x, ix);
 }
 
 void resolv_sist_2x3(const std::array<Vec3i, 2>& w, const Vec2& t, Vec3& ts, Vec3& x, Vec3i& ix) {
   start_triple(ts, x, ix);
-  init_err_math3d();
+  const Math3d_Scope math3d_scope;
   solve_2x3_into({to_double(w[0]), to_double(w[1])}, {t[0], t[1]}, ts, x, ix);
 }
 
 void resolv_sist_3x3(const Mat3i& w, const Vec3& t, Vec3& ts, Vec3& x, Vec3i& ix) {
   start_triple(ts, x, ix);
-  init_err_math3d();
+  const Math3d_Scope math3d_scope;
   int det = determ_a_i(w);
   if (det != 0) {
     Mat3r wr{};

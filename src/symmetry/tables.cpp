@@ -6,9 +6,19 @@
 
 namespace velmoria {
 
+constinit thread_local int err_symtab_depth = 0;
+
 void init_err_symtab() {
-  err_symtab = false;
-  err_symtab_mess.clear();
+  clear_error_pair(err_symtab, err_symtab_mess);
+}
+
+void reset_symtab_state() {
+  clear_error_pair(err_symtab, err_symtab_mess);
+  err_symtab_depth = 0;
+}
+
+void set_err_symtab(std::string_view message) {
+  raise_error_pair(err_symtab, err_symtab_mess, message);
 }
 
 // The tables are constant data of the program: touching them is all that loading needs.
@@ -30,14 +40,13 @@ std::string generator_columns(std::string_view row) {
 }
 
 void set_symtab_error() {
-  err_symtab = true;
-  err_symtab_mess = " Error in the symbol or number of the space group";
+  set_err_symtab(" Error in the symbol or number of the space group");
 }
 
 }  // namespace
 
 bool get_generators(std::string_view spg, std::string& genstr) {
-  init_err_symtab();
+  const Symtab_Scope symtab_scope;
   set_it_gen();
   const auto& rows = spg_gen();
 

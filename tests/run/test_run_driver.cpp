@@ -74,11 +74,12 @@ TEST(RunDriver, NoKvecStopsAfterTheEchoLines) {
 TEST(RunDriver, KvecIsRoundedToFractionsAndLabelled) {
   const Run_Output out = run_text(
       "GEN  x+1/2,y+1/2,z; -x,-y,z\n"
-      "kvec  0.333 -0.3331 0.2 X\n");
+      "kvec  0.333 -0.3331 0.245 X\n");
   const auto lines = lines_of(out.result);
-  // The fractions within 0.001 become single-precision fractions; 0.2 stays as read.
+  // The fractions within 0.001 become single-precision fractions; 0.245, 0.005 from 1/4,
+  // stays as read.
   EXPECT_NE(
-      std::find(lines.begin(), lines.end(), " => Propagation vector:   0.3333 -0.3333  0.2000"),
+      std::find(lines.begin(), lines.end(), " => Propagation vector:   0.3333 -0.3333  0.2450"),
       lines.end());
   EXPECT_NE(std::find(lines.begin(), lines.end(), " => BZ-point labelled as  X"), lines.end());
   EXPECT_NE(std::find(lines.begin(), lines.end(),
@@ -89,6 +90,22 @@ TEST(RunDriver, KvecIsRoundedToFractionsAndLabelled) {
   EXPECT_EQ(out.console,
             " => Calculation of basis functions omitted ... no ATOM keywords given! \n"
             " => Normal End ... Results in file: test.vmr\n");
+}
+
+// k equivalent to -k: at k = 0 the moments are the coefficients themselves; at (0,0,1/2)
+// the sign alternates with the cell index L3 alone, (-1)^{2k.L}.
+TEST(RunDriver, RealCoefficientsAtKZeroAndAtTheZoneBoundary) {
+  const struct {
+    const char* k;
+    const char* text;
+  } cases[] = {{"0 0 0", "m(L,j) = Sk(j) for all L"},
+               {"0 0 0.5", "m(L,j) = Sk(j)(-1)^{0 L1 + 0 L2 + 1 L3 }"},
+               {"0.5 0 0", "m(L,j) = Sk(j)(-1)^{1 L1 + 0 L2 + 0 L3 }"}};
+  for (const auto& c : cases) {
+    const Run_Output out =
+        run_text(std::string("SPGR P -1\nKVEC ") + c.k + "\nATOM Fe X 0.1 0.2 0.3\n");
+    EXPECT_NE(out.result.find(c.text), std::string::npos) << c.k;
+  }
 }
 
 TEST(RunDriver, TheTwoHundredAndFiftyFirstSiteIsRefused) {

@@ -35,7 +35,8 @@ std::vector<Case> control_files() {
       cases.push_back({entry.path().stem().string(), ss.str()});
     }
   }
-  std::sort(cases.begin(), cases.end(), [](const Case& a, const Case& b) { return a.name < b.name; });
+  std::sort(cases.begin(), cases.end(),
+            [](const Case& a, const Case& b) { return a.name < b.name; });
   return cases;
 }
 
@@ -54,7 +55,8 @@ std::vector<std::string> alone(const std::vector<Case>& cases) {
 }
 
 // All runs one after another in one thread, in the given order of indices.
-std::vector<std::string> in_sequence(const std::vector<Case>& cases, std::vector<std::size_t> order) {
+std::vector<std::string> in_sequence(const std::vector<Case>& cases,
+                                     std::vector<std::size_t> order) {
   std::vector<std::string> out(cases.size());
   for (std::size_t i : order) out[i] = outputs(cases[i]);
   return out;

@@ -130,6 +130,11 @@ TEST(Genatoms, ImagesOutsideTheCellWithAndWithoutCel) {
   expect_near(raw.x[1], Vec3{-0.25F, 0, 1.25F});
   EXPECT_EQ(trim(raw.symstr[1]), "(-x,y,-z)");
   EXPECT_EQ(trim(raw.symms[1]), "-x,y,-z");
+  // A coordinate of exactly 1 is 0 of the next cell: (1,0,1/2) is (0,0,1/2), on the twofold
+  // axis, one atom.
+  genatoms(rs, 0, "Co", Vec3{1.0F, 0, 0.5F}, 3);
+  ASSERT_EQ(rs.sv.sites[2].mult, 1);
+  expect_near(rs.sv.sites[2].x[0], Vec3{0, 0, 0.5F});
 }
 
 TEST(Genatoms, CentringVectorsAndEmptyGroups) {

@@ -18,26 +18,6 @@ struct ToleranceGuard {
   }
 };
 
-TEST(Numeric, ToleranceGlobals) {
-  ToleranceGuard guard;
-  EXPECT_FLOAT_EQ(epss_val(), 1.0e-5F);
-  EXPECT_DOUBLE_EQ(ep_ss_val(), 1.0e-12);
-  set_epsg_dp(1.0e-8);
-  set_epsg_sp(0.002F);
-  EXPECT_FLOAT_EQ(epss_val(), 0.002F);
-  set_epsg_default();
-  EXPECT_FLOAT_EQ(epss_val(), 1.0e-5F);
-  EXPECT_DOUBLE_EQ(ep_ss_val(), 1.0e-8);  // the default of the single tolerance only
-}
-
-TEST(Numeric, ErrorPairIsCleared) {
-  err_mathgen = true;
-  err_mathgen_mess = "singular";
-  init_err_mathgen();
-  EXPECT_FALSE(err_mathgen);
-  EXPECT_TRUE(err_mathgen_mess.empty());
-}
-
 TEST(Numeric, NearestIntegerRoundsHalvesAwayFromZero) {
   EXPECT_EQ(nint(2.5F), 3);
   EXPECT_EQ(nint(-2.5F), -3);

@@ -52,25 +52,6 @@ void expect_ops(const Hms_Result& r, const std::vector<std::string>& want) {
   for (std::size_t k = 0; k < want.size(); ++k) expect_op(r, static_cast<int>(k) + 1, want[k]);
 }
 
-// An operator as integers: rotation and translation in 24ths reduced to the cell.
-using Op_Key = std::array<int, 12>;
-
-Op_Key key_of(const Sym_Oper_Type& op) {
-  Op_Key k{};
-  for (int i = 0; i < 3; ++i) {
-    for (int j = 0; j < 3; ++j) k[static_cast<std::size_t>(3 * i + j)] = op.rot[i][j];
-    const int t = static_cast<int>(std::lround(op.tr[i] * 24.0f)) % 24;
-    k[static_cast<std::size_t>(9 + i)] = (t + 24) % 24;
-  }
-  return k;
-}
-
-std::set<Op_Key> operator_set(const Space_Group_Type& g) {
-  std::set<Op_Key> s;
-  for (const Sym_Oper_Type& op : g.symop) s.insert(key_of(op));
-  return s;
-}
-
 TEST(HmSymbols, MonoclinicShortAndLongForms) {
   for (const char* symbol : {"P 21/C", "P 1 21/C 1", "p 21/c"}) {
     Hms_Result r = hms(symbol);
@@ -324,36 +305,6 @@ TEST(HmSymbols, BadSymbolsThroughTheSetup) {
   EXPECT_TRUE(err_symm);
   EXPECT_EQ(err_symm_mess, " Wrong space-group symbol: Z 9");
   EXPECT_TRUE(g.symop.empty());
-}
-
-// Every tabulated symbol without a colon gives, as a set of operators modulo the cell, the group
-// of the Hall symbol of its row; the seven that go by their Hall symbol included.
-TEST(HmSymbols, EveryTabulatedSymbolAgainstItsHallSymbol) {
-  const std::set<std::string> by_hall = {"P N M 21", "P 21 N M", "P M 21 N", "B A M B",
-                                         "C 4 2 21", "C -4 B 2", "F -4 D 2"};
-  int checked = 0;
-  for (const Spgr_Info_Type& row : spgr_info()) {
-    if (row.hm.find(':') != std::string_view::npos) continue;
-    const std::string symbol = trim(row.hm);
-    const std::string hall = trim(row.hall);
-    Space_Group_Type a;
-    Space_Group_Type b;
-    set_spacegroup(symbol, a);
-    ASSERT_FALSE(err_symm) << symbol << ": " << err_symm_mess;
-    set_spacegroup(hall, b, nullptr, std::nullopt, "HAL");
-    ASSERT_FALSE(err_symm) << hall << ": " << err_symm_mess;
-    EXPECT_EQ(a.setting, by_hall.count(symbol) != 0 ? "Generated from Hall symbol"
-                                                    : "IT (Generated from Hermann-Mauguin symbol)")
-        << symbol;
-    EXPECT_EQ(a.num_spg, row.n) << symbol;
-    EXPECT_EQ(a.multip, b.multip) << symbol;
-    EXPECT_EQ(a.centred, b.centred) << symbol;
-    const std::set<Op_Key> ka = operator_set(a);
-    EXPECT_EQ(static_cast<int>(ka.size()), a.multip) << symbol << ": repeated operators";
-    EXPECT_EQ(ka, operator_set(b)) << symbol << " against " << hall;
-    ++checked;
-  }
-  EXPECT_GT(checked, 500);
 }
 
 }  // namespace

@@ -12,50 +12,15 @@
 #include "symmetry/records.hpp"
 #include "symmetry/spacegroup_setup.hpp"
 #include "symmetry/tables.hpp"
+#include "test_support.hpp"
 
 namespace velmoria {
 namespace {
 
+using testing::expect_closed_group;
+
 std::vector<std::string> symbols_of(const Space_Group_Type& g) {
   return {g.symop_symb.begin(), g.symop_symb.end()};
-}
-
-// An operator as integers: rotation and translation in 24ths reduced to the cell.
-using Op_Key = std::array<int, 12>;
-
-Op_Key key_of(const Mat3i& rot, const Vec3& tr) {
-  Op_Key k{};
-  for (int i = 0; i < 3; ++i) {
-    for (int j = 0; j < 3; ++j) k[3 * i + j] = rot[i][j];
-    int t = static_cast<int>(std::lround(tr[i] * 24.0f)) % 24;
-    k[9 + i] = (t + 24) % 24;
-  }
-  return k;
-}
-
-// The operators of a group form a group modulo the cell: all products are among them, and
-// no operator appears twice.
-void expect_closed_group(const Space_Group_Type& g, const std::string& label) {
-  std::set<Op_Key> keys;
-  for (const auto& op : g.symop) keys.insert(key_of(op.rot, op.tr));
-  EXPECT_EQ(keys.size(), g.symop.size()) << label << ": repeated operators";
-  for (const auto& a : g.symop) {
-    for (const auto& b : g.symop) {
-      Mat3i r{};
-      Vec3 t{};
-      for (int i = 0; i < 3; ++i) {
-        t[i] = a.tr[i];
-        for (int j = 0; j < 3; ++j) {
-          t[i] += static_cast<float>(a.rot[i][j]) * b.tr[j];
-          for (int q = 0; q < 3; ++q) r[i][j] += a.rot[i][q] * b.rot[q][j];
-        }
-      }
-      if (keys.count(key_of(r, t)) == 0) {
-        ADD_FAILURE() << label << ": the group is not closed";
-        return;
-      }
-    }
-  }
 }
 
 // Order of the point group from the Laue class of the table and the centre.
@@ -395,41 +360,6 @@ TEST(SpacegroupSetup, BadInputStaysInBounds) {
   set_spacegroup("230:7", g);
   EXPECT_FALSE(err_symm);
   EXPECT_EQ(g.num_spg, 230);
-}
-
-TEST(SpacegroupSetup, EveryRowByItsHallSymbol) {
-  Space_Group_Type g;
-  const auto& rows = spgr_info();
-  for (const auto& row : rows) {
-    std::string hall = trim(row.hall);
-    set_spacegroup(hall, g);
-    ASSERT_FALSE(err_symm) << hall << ": " << err_symm_mess;
-    EXPECT_EQ(g.num_spg, row.n) << hall;
-    expect_consistent(g, hall);
-  }
-}
-
-TEST(SpacegroupSetup, EveryNumberAndEveryChoice) {
-  Space_Group_Type g;
-  for (int n = 1; n <= 230; ++n) {
-    std::string text = std::to_string(n);
-    set_spacegroup(text, g);
-    ASSERT_FALSE(err_symm) << text << ": " << err_symm_mess;
-    EXPECT_EQ(g.num_spg, n);
-    // The number selects the second origin choice where there are two: no colon remains.
-    EXPECT_EQ(g.spg_symb.find(':'), std::string::npos) << text << " " << g.spg_symb;
-    expect_consistent(g, text);
-  }
-  for (const auto& row : spgr_info()) {
-    if (row.hm.find(':') == std::string_view::npos) continue;
-    std::string symb = trim(row.hm);
-    set_spacegroup(symb, g);
-    ASSERT_FALSE(err_symm) << symb << ": " << err_symm_mess;
-    EXPECT_EQ(g.num_spg, row.n) << symb;
-    EXPECT_EQ(u_case(g.spg_symb), symb);
-    EXPECT_EQ(g.hall, trim(row.hall)) << symb;
-    expect_consistent(g, symb);
-  }
 }
 
 }  // namespace

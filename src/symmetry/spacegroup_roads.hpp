@@ -1,0 +1,44 @@
+// The roads of the space-group setup that work from a row of the table of settings, and the
+// completion of the record that follows every road.  set_spacegroup is the way in; these are
+// declared apart so that the text a road reads for a row can be given directly.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "symmetry/records.hpp"
+
+namespace velmoria::setup_roads {
+
+// What a road hands to the expansion: the reduced set and the classes of the group.
+struct Road_Result {
+  int isystem = 0;
+  int icentre = 1;
+  int ibravl = 1;
+  int ng = 0;
+  int num_g = 0;
+  std::vector<Mat3i> ss;
+  std::vector<Vec3> ts;
+  std::string latsy;
+  Vec3 co{};
+  bool set_num_gen = true;  // false on the Hermann-Mauguin reading of a symbol
+};
+
+// k is the 0-based row of the table of settings, -1 for none.  `hall` is the Hall symbol read;
+// `row_hall` the Hall symbol of row k, read when the symbol has a ":" choice; `gener` the
+// generators of row k separated by ";".  A failure raises err_symm; the table fields of the
+// row are filled all the same.
+void road_hall(Space_Group_Type& spg, Road_Result& rr, const std::string& hall, int k);
+void road_hms(Space_Group_Type& spg, Road_Result& rr, std::string_view spacegen, int k,
+              const std::string& row_hall);
+void road_itc_generators(Space_Group_Type& spg, Road_Result& rr, std::string_view spacegen,
+                         const std::string& gener, int k);
+
+// The record completed from rr on road `opcion` (row k): its common fields; then, unless
+// err_symm is set (a blank message becoming the generic one), the operators expanded by
+// inversion and centring, the classes and the special orbits.
+void finish_spacegroup(Space_Group_Type& spg, const Road_Result& rr, std::string_view opcion,
+                       int k);
+
+}  // namespace velmoria::setup_roads

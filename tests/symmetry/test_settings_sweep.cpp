@@ -1,0 +1,133 @@
+// One sweep over the 612 tabulated settings and the 230 numbers.  Each setting, set up from
+// its Hall symbol, must be a group modulo the cell with as many rotations as its point group
+// (an independent table below), the lattice points of its letter and the Laue class of its
+// point group; its Hermann-Mauguin symbol must give the same group (or, with a colon, go by
+// the Hall symbol of the row); the listing shows every operator and every orbit.  Each number
+// gives the group of its tabulated generators.
+#include <gtest/gtest.h>
+
+#include <map>
+#include <set>
+#include <string>
+
+#include "support/text.hpp"
+#include "symmetry/listing.hpp"
+#include "symmetry/tables.hpp"
+#include "test_support.hpp"
+
+namespace velmoria {
+namespace {
+
+using testing::expect_closed_group;
+using testing::group_of;
+using testing::operator_set;
+
+struct Point_Group_Fact {
+  int order;
+  std::string laue;
+};
+
+// The order of each point group and its Laue class (the point group with -1 added).
+const std::map<std::string, Point_Group_Fact> point_group_facts = {
+    {"1", {1, "-1"}},         {"-1", {2, "-1"}},       {"2", {2, "2/m"}},
+    {"m", {2, "2/m"}},        {"2/m", {4, "2/m"}},     {"222", {4, "mmm"}},
+    {"mm2", {4, "mmm"}},      {"m2m", {4, "mmm"}},     {"2mm", {4, "mmm"}},
+    {"mmm", {8, "mmm"}},      {"4", {4, "4/m"}},       {"-4", {4, "4/m"}},
+    {"4/m", {8, "4/m"}},      {"422", {8, "4/mmm"}},   {"4mm", {8, "4/mmm"}},
+    {"-42m", {8, "4/mmm"}},   {"-4m2", {8, "4/mmm"}},  {"4/mmm", {16, "4/mmm"}},
+    {"3", {3, "-3"}},         {"-3", {6, "-3"}},       {"32", {6, "-3m1"}},
+    {"3m", {6, "-3m1"}},      {"-3m", {12, "-3m1"}},   {"312", {6, "-31m"}},
+    {"31m", {6, "-31m"}},     {"-31m", {12, "-31m"}},  {"6", {6, "6/m"}},
+    {"-6", {6, "6/m"}},       {"6/m", {12, "6/m"}},    {"622", {12, "6/mmm"}},
+    {"6mm", {12, "6/mmm"}},   {"-62m", {12, "6/mmm"}}, {"-6m2", {12, "6/mmm"}},
+    {"6/mmm", {24, "6/mmm"}}, {"23", {12, "m-3"}},     {"m-3", {24, "m-3"}},
+    {"432", {24, "m-3m"}},    {"-43m", {24, "m-3m"}},  {"m-3m", {48, "m-3m"}}};
+
+int lattice_points(char letter) {
+  return letter == 'P' ? 1 : letter == 'R' ? 3 : letter == 'F' ? 4 : 2;
+}
+
+// The listing: a line " => SYMM(" for every operator, orbits three to a line of 109 columns.
+void expect_full_listing(const Space_Group_Type& g, const std::string& label) {
+  std::string out;
+  write_spacegroup(g, out, true);
+  int symm = 0;
+  int orbit_lines = 0;
+  for (const std::string& line : testing::lines_of(out)) {
+    if (line.rfind(" => SYMM(", 0) == 0) {
+      ++symm;
+      EXPECT_GE(line.size(), 58u) << label << ": " << line;
+    }
+    if (line.size() == 109) ++orbit_lines;
+  }
+  EXPECT_EQ(symm, g.multip) << label;
+  int expected = 0;
+  for (const auto& orb : g.wyckoff.orbit) expected += (orb.norb + 2) / 3;
+  EXPECT_EQ(orbit_lines, expected) << label;
+}
+
+TEST(SettingsSweep, EveryTabulatedSetting) {
+  // The seven symbols without a colon that go by their Hall symbol.
+  const std::set<std::string> by_hall = {"P N M 21", "P 21 N M", "P M 21 N", "B A M B",
+                                         "C 4 2 21", "C -4 B 2", "F -4 D 2"};
+  ASSERT_EQ(spgr_info().size(), 612u);
+  std::set<int> numbers;
+  for (const Spgr_Info_Type& row : spgr_info()) {
+    const std::string hm = trim(row.hm);
+    const std::string hall = trim(row.hall);
+    const std::string label = std::to_string(row.n) + " " + hm + " / " + hall;
+    numbers.insert(row.n);
+    const Space_Group_Type h = group_of(hall, "HAL");
+    ASSERT_FALSE(err_symm) << label;
+    const std::string pg = trim(point_group[row.pg - 1]);
+    ASSERT_EQ(point_group_facts.count(pg), 1u) << label << " " << pg;
+    const Point_Group_Fact& fact = point_group_facts.at(pg);
+    std::string laue = fact.laue;
+    if (trim(row.inf_extra) == "R") laue = laue == "-3" ? "-3 R" : "-3m R";
+    EXPECT_EQ(trim(laue_class[row.laue - 1]), laue) << label;
+    const char letter = hall[0] == '-' ? hall[1] : hall[0];
+    EXPECT_EQ(h.num_spg, row.n) << label;
+    EXPECT_EQ(h.spg_lat, letter) << label;
+    EXPECT_EQ(h.num_lat, lattice_points(letter)) << label;
+    EXPECT_EQ(h.multip, (h.centred == 1 ? 1 : 2) * h.num_ops * h.num_lat) << label;
+    EXPECT_EQ(h.multip, fact.order * h.num_lat) << label;
+    ASSERT_EQ(static_cast<int>(h.symop_symb.size()), h.multip) << label;
+    EXPECT_EQ(h.symop_symb[0], "x,y,z") << label;
+    expect_closed_group(h, label);
+    expect_full_listing(h, label);
+
+    const Space_Group_Type s = group_of(hm);
+    if (hm.find(':') == std::string::npos) {
+      EXPECT_EQ(s.setting, by_hall.count(hm) != 0 ? "Generated from Hall symbol"
+                                                  : "IT (Generated from Hermann-Mauguin symbol)")
+          << label;
+      EXPECT_EQ(s.num_spg, row.n) << label;
+      EXPECT_EQ(operator_set(s), operator_set(h)) << label;
+    } else {
+      EXPECT_EQ(u_case(s.spg_symb), hm) << label;
+      EXPECT_EQ(s.hall, hall) << label;
+    }
+  }
+  EXPECT_EQ(numbers.size(), 230u);
+}
+
+// A number gives a setting without a colon (the second origin choice where there are two);
+// the generator table gives the group of the symbol it names.
+TEST(SettingsSweep, EveryNumberAndItsTabulatedGenerators) {
+  ASSERT_EQ(spg_gen().size(), 230u);
+  for (int n = 1; n <= 230; ++n) {
+    const std::string label = std::to_string(n);
+    const Space_Group_Type g = group_of(label);
+    EXPECT_EQ(g.num_spg, n);
+    EXPECT_EQ(g.spg_symb.find(':'), std::string::npos) << label << " " << g.spg_symb;
+    const Space_Group_Type itc = group_of(label, "ITC");
+    EXPECT_EQ(itc.num_spg, n);
+    EXPECT_EQ(itc.setting, "Generated from explicit IT generators");
+    expect_closed_group(itc, "ITC " + label);
+    const std::string symbol = trim(std::string(spg_gen()[n - 1].substr(0, 10)));
+    EXPECT_EQ(operator_set(itc), operator_set(group_of(symbol))) << label << " " << symbol;
+  }
+}
+
+}  // namespace
+}  // namespace velmoria
