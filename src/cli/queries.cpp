@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "analysis/supplied_block.hpp"
 #include "lorsk/group_preparation.hpp"
 #include "lorsk/lorsk.hpp"
 #include "support/fractions.hpp"
@@ -33,10 +34,12 @@ bool read_component(const std::string& token, float& value) {
 
 }  // namespace
 
-int query_irreps(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
+int query_irreps(std::vector<std::string> args, std::ostream& out, std::ostream& err) {
   const char* usage =
-      "velmoria: usage: velmoria --irreps TEXT kx ky kz [label] | "
-      "--irreps --gen \"g1; ...\" kx ky kz [label]\n";
+      "velmoria: usage: velmoria --irreps TEXT kx ky kz [label] [--block] | "
+      "--irreps --gen \"g1; ...\" kx ky kz [label] [--block]\n";
+  const bool block = args.size() > 1 && args.back() == "--block";
+  if (block) args.pop_back();
   const bool by_generators = args.size() >= 2 && args[1] == "--gen";
   const std::size_t first_k = by_generators ? 3 : 2;
   if (args.size() < first_k + 3 || args.size() > first_k + 4 || is_blank(args[first_k - 1])) {
@@ -75,6 +78,15 @@ int query_irreps(const std::vector<std::string>& args, std::ostream& out, std::o
     return 1;
   }
   out << unit;
+  if (!block) return 0;
+  std::string why;
+  const std::optional<std::string> lines = supplied_block_text(store, vk, label, why);
+  if (!lines) {
+    err << "velmoria: no block can be written: " << why << "\n";
+    return 1;
+  }
+  out << "\n! The group, k and the representations above, as a control file reads them:\n"
+      << *lines;
   return 0;
 }
 

@@ -14,10 +14,11 @@ int query_group(const std::vector<std::string>& args, std::ostream& out, std::os
 
 // velmoria --irreps TEXT kx ky kz [label] | --irreps --gen "g1; ..." kx ky kz [label]: the
 // group listing, the little group of k, its generators and representative elements, and every
-// matrix of every irreducible representation on `out`.  TEXT goes the way of an SPGR line: a
-// tabulated symbol or number with the generators of the tables, any other text as a Hall
-// symbol.  k components are numbers or fractions p/q, rounded to fractions as a KVEC line
-// rounds them.  On failure a message on `err` and status 1.
-int query_irreps(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
+// matrix of every irreducible representation on `out`.  With --block last, behind them the
+// lines SPGR, KVEC and LITTLE_GROUP that give the same representations to a control file.  TEXT
+// goes the way of an SPGR line: a tabulated symbol or number with the generators of the tables, any
+// other text as a Hall symbol.  k components are numbers or fractions p/q, rounded to fractions as
+// a KVEC line rounds them.  On failure a message on `err` and status 1.
+int query_irreps(std::vector<std::string> args, std::ostream& out, std::ostream& err);
 
 }  // namespace velmoria

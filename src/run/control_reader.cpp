@@ -5,6 +5,8 @@
 
 #include <cmath>
 
+#include "lorsk/group_preparation.hpp"
+#include "lorsk/supplied_irreps.hpp"
 #include "run/steps.hpp"
 #include "support/fractions.hpp"
 #include "support/layout.hpp"
@@ -46,12 +48,13 @@ struct Reader {
   const std::vector<std::string>& lines;
   bool gk_given = false;
   int prim = 1;
-  std::size_t head_line = 0;       // line of the last supplied-block head (0-based)
-  std::size_t head_column = 0;     // column of the blank behind its keyword
-  std::vector<std::string> texto;  // notes on split sites
+  std::size_t head_line = 0;              // line of the last supplied-block head (0-based)
+  std::size_t head_column = 0;            // column of the blank behind its keyword
+  std::string ke1 = std::string(5, ' ');  // label of the point of the zone
+  std::vector<std::string> texto;         // notes on split sites
 
   void first_pass();
-  void read_supplied_head();
+  void read_supplied_block();
   void second_pass();
   void spgr(const std::string& line);
   void kvec(const std::string& line);
@@ -76,38 +79,15 @@ void Reader::first_pass() {
   }
 }
 
-// The head of a supplied block: the number of operators, of representations and their
-// dimensions, negative for a representation whose matrices carry a line of phases.
-void Reader::read_supplied_head() {
-  auto& store = rs.store;
-  const std::string& line = lines[head_line];
-  const std::string rest = from_column(line, head_column + 1);
-  int ngk = 0, nreps = 0;
-  if (!read_list(rest, ngk, nreps) || ngk < 1 || nreps < 1) {
-    stop_with(rs,
-              " => Error reading the numbers of operators and representations in: " + trim(line));
-  }
-  if (ngk > max_store_ops || nreps > max_store_irreps) {
-    stop_with(rs,
-              " => Error! A supplied block may hold at most 48 operators and 48 representations: " +
-                  trim(line));
-  }
-  std::vector<int> idim(nreps, 0);
-  int dummy_ngk = 0, dummy_nreps = 0;
-  if (!read_list(rest, dummy_ngk, dummy_nreps, idim)) {
-    stop_with(rs, " => Error reading the dimensions of the representations in: " + trim(line));
-  }
-  for (int d : idim) {
-    if (d == 0 || std::abs(d) > max_store_dim) {
-      stop_with(rs,
-                " => Error! Dimensions of supplied representations must be 1 to 48: " + trim(line));
-    }
-  }
-  int max_dim = 0;
-  for (int d : idim) max_dim = std::max(max_dim, std::abs(d));
-  store.resize(ngk, nreps, max_dim);
-  store.idim = idim;
-  // The matrices of the block are read with the supplied representations.
+// The supplied block: its head, operators and matrices.  A line of numbers that cannot be
+// read is told on the console alone.
+void Reader::read_supplied_block() {
+  const auto error =
+      velmoria::read_supplied_block(rs.store, lines, head_line, head_column - 1, rs.sv.symm_symb);
+  if (!error) return;
+  if (!error->console_only) stop_with(rs, error->message);
+  put(rs.out.console, "a", error->message);
+  throw Quiet_Stop{};
 }
 
 void Reader::spgr(const std::string& line) {
@@ -137,7 +117,7 @@ void Reader::kvec(const std::string& line) {
   vk = snap_to_fractions(vk);
   sv.vk = vk;
   const std::string t = trim(line);
-  const std::string ke1 = t.size() >= 2 ? t.substr(t.size() - 2) : fixed(t, 2);
+  ke1 = t.size() >= 2 ? t.substr(t.size() - 2) : fixed(t, 2);
   put(rs.out.result, "a,3f8.4,/,a,a2", " => Propagation vector: ", vk, " => BZ-point labelled as ",
       ke1);
   sv.kvec_read = true;
@@ -304,7 +284,18 @@ void Reader::finish_supplied_mode() {
         "database: "
         "PIR_data.txt");
   }
-  // The supplied representations are listed here once their reader lands.
+  if (!rs.sv.spgr_read) {
+    stop_with(rs,
+              " => Supplied representations need the space group on a SPGR line (a Hall "
+              "symbol, a tabulated symbol or a number)");
+  }
+  const int status = write_read_irreps(out.result, rs.sv.vk, ke1, rs.sv.spaceg, lines, store);
+  if (status == status_setup_failed) {
+    stop_with(rs, " => " + trim(adjustl(err_symm_mess)) + ": " + trim(rs.sv.spaceg));
+  }
+  if (status != status_done) {
+    stop_with(rs, " => Generators of the Space group: " + trim(rs.sv.spaceg) + " not determined!");
+  }
   write_irrep_tables(rs);
   put(out.result, "/,/,a", " => Alternative evaluation of the propagation vector group. ");
   put(out.result, "a", "    The ordering of the symmetry operators may be different ");
@@ -384,12 +375,12 @@ void read_sym(Run_State& rs, const std::vector<std::string>& raw_lines) {
     }
     lines.push_back(trim(adjustl(raw_lines[i])));
   }
-  Reader reader{rs, lines, false, 1, 0, 0, {}};
+  Reader reader{rs, lines, false, 1, 0, 0, std::string(5, ' '), {}};
   reader.first_pass();
   rs.sv.nsites = 0;
   rs.sv.ipol = 1;
   set_epsg_sp(0.002f);
-  if (reader.gk_given) reader.read_supplied_head();
+  if (reader.gk_given) reader.read_supplied_block();
   reader.second_pass();
   if (!rs.sv.gen_read && !rs.sv.spgr_read) {
     put(rs.out.result, "a",

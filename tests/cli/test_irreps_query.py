@@ -63,6 +63,16 @@ def main():
         r = run(binary, ["--irreps", "--gen", "-x,-y,z+1/2; -x,-y,-z", "0", "0", "1/2", "Z"], d)
         check(r.returncode == 0 and dimensions(r.stdout) == [2], "--irreps --gen: one of dim 2")
 
+        # --block: the lines behind the listing, pasted into a control file for P n m a.
+        r = run(binary, ["--irreps", "62", "0", "0", "1/2", "Z", "--block"], d)
+        block = r.stdout[r.stdout.find("\nSPGR "):]
+        check(r.returncode == 0 and block.startswith("\nSPGR -P 2ac 2n\n"), "--block: SPGR")
+        check("\nLITTLE_GROUP   8   2  -2  -2\n" in block, "--block: head of two complex reps")
+        with open(os.path.join(d, "pnma.vrn"), "w") as f:
+            f.write(block + "VMODE AXI\nATOM Mn Mn 0.1 0.25 0.3\n")
+        r = run(binary, ["pnma"], d)
+        check(" => Normal End ... Results in file: pnma.vmr" in r.stdout, "--block run: Normal End")
+
         # Failures: unknown group, bad component, too few arguments.
         r = run(binary, ["--irreps", "231", "0", "0", "0"], d)
         check(r.returncode == 1 and r.stderr.strip() != "" and r.stdout == "", "--irreps 231")
@@ -73,7 +83,7 @@ def main():
         r = run(binary, ["--irreps", "221", "0"], d)
         check(r.returncode == 1 and "usage" in r.stderr, "--irreps with too few arguments")
         r = run(binary, ["--help"], d)
-        check("--irreps TEXT kx ky kz [label]" in r.stdout, "--help mentions --irreps")
+        check("--irreps TEXT kx ky kz [label] [--block]" in r.stdout, "--help mentions --block")
     print(f"irreps query: {checks - len(failures)} passed, {len(failures)} failed")
     return 1 if failures else 0
 

@@ -1,0 +1,302 @@
+// Representations supplied in the control file: the block written from computed
+// representations gives the same analysis as the computed run; hand-written blocks of the
+// full group and of the extended little group; and bad blocks end in a message.
+#include <gtest/gtest.h>
+
+#include <complex>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "analysis/supplied_block.hpp"
+#include "lorsk/group_preparation.hpp"
+#include "lorsk/lorsk.hpp"
+#include "run/run_driver.hpp"
+#include "run/run_state.hpp"
+#include "symmetry/tables.hpp"
+
+namespace velmoria {
+namespace {
+
+using Vector = std::vector<std::complex<float>>;
+
+// Rank of a set of complex vectors by Gaussian elimination with a relative tolerance.
+int rank_of(std::vector<Vector> rows) {
+  int rank = 0;
+  const std::size_t n = rows.empty() ? 0 : rows[0].size();
+  for (std::size_t col = 0; col < n && rank < static_cast<int>(rows.size()); ++col) {
+    std::size_t best = rank;
+    for (std::size_t r = rank; r < rows.size(); ++r) {
+      if (std::abs(rows[r][col]) > std::abs(rows[best][col])) best = r;
+    }
+    if (std::abs(rows[best][col]) < 1e-3f) continue;
+    std::swap(rows[best], rows[rank]);
+    for (std::size_t r = 0; r < rows.size(); ++r) {
+      if (r == static_cast<std::size_t>(rank)) continue;
+      const std::complex<float> f = rows[r][col] / rows[rank][col];
+      for (std::size_t c = 0; c < n; ++c) rows[r][c] -= f * rows[rank][c];
+    }
+    ++rank;
+  }
+  return rank;
+}
+
+bool same_span(const std::vector<Vector>& a, const std::vector<Vector>& b) {
+  std::vector<Vector> both = a;
+  both.insert(both.end(), b.begin(), b.end());
+  const int r = rank_of(a);
+  return r == rank_of(b) && r == rank_of(both);
+}
+
+bool ends_normally(const Run_Output& out) {
+  return out.console.find(" => Normal End") != std::string::npos;
+}
+
+struct Round_Trip {
+  const char* group;
+  Vec3 k;
+  const char* label;  // two columns, as the end of a KVEC line gives it
+  const char* sites;
+};
+
+// The block that --irreps --block prints, pasted into a control file in place of the SPGR and
+// KVEC lines, gives the decomposition of the computed run and basis functions that span the
+// same space, site by site and representation by representation.
+TEST(SuppliedMode, BlockOfComputedRepresentationsGivesTheSameAnalysis) {
+  const Round_Trip cases[] = {
+      // k = 0 in a centrosymmetric group.
+      {"P 1 21/c 1", {0, 0, 0}, "GM", "VMODE AXI\nATOM Fe Fe 0.1 0.2 0.3\nATOM Co Co 0 0 0\n"},
+      // Zone boundary of a non-symmorphic group: two-dimensional representations.
+      {"P n m a", {0, 0, 0.5f}, " Z", "VMODE\nATOM Mn Mn 0.1 0.25 0.3\nATOM O O 0.2 0.1 0.4\n"},
+      // Incommensurate k: complex phases.  (An orbit that splits under the little group, such
+      // as that of x,1/4,z here, stays one site in the supplied mode.)
+      {"P n m a", {0.13f, 0, 0}, "DT", "VMODE AXI\nATOM Mn Mn 0 0 0\n"},
+      // Cubic group with three-dimensional representations.
+      {"P m -3 m", {0, 0, 0}, "GM", "VMODE AXI\nATOM Fe Fe 0.2 0 0\n"},
+      // Hexagonal zone boundary of a group with a 6_3 axis.
+      {"P 63/m m c", {0, 0, 0.5f}, " A", "VMODE AXI\nATOM Ni Ni 0.3333333 0.6666667 0.25\n"},
+  };
+  for (const Round_Trip& c : cases) {
+    SCOPED_TRACE(c.group);
+    std::ostringstream kvec;
+    kvec << "KVEC " << c.k[0] << " " << c.k[1] << " " << c.k[2] << " " << c.label << "\n";
+    const Run_Output computed =
+        run_velmoria({"c", std::string("SPGR ") + c.group + "\n" + kvec.str() + c.sites, ""});
+    ASSERT_TRUE(ends_normally(computed)) << computed.console;
+
+    lorsk_proc store;
+    std::string unit;
+    std::string generators;
+    const std::string text = c.group;
+    ASSERT_EQ(lorsk(unit, c.k, 0, c.label, text, 0, false,
+                    get_generators(text, generators) ? &text : nullptr, store),
+              status_done);
+    std::string why;
+    const std::optional<std::string> block = supplied_block_text(store, c.k, c.label, why);
+    ASSERT_TRUE(block.has_value()) << why;
+    const Run_Output supplied = run_velmoria({"s", *block + c.sites, ""});
+    ASSERT_TRUE(ends_normally(supplied)) << supplied.console;
+    EXPECT_NE(supplied.result.find("    LIST  OF  READ  LITTLE GROUP  OPERATORS AND IRREPS"),
+              std::string::npos);
+
+    const auto& a = computed.state->analyses;
+    const auto& b = supplied.state->analyses;
+    ASSERT_EQ(a.size(), b.size());
+    for (std::size_t s = 0; s < a.size(); ++s) {
+      SCOPED_TRACE("site " + std::to_string(s + 1));
+      EXPECT_EQ(a[s].ia, b[s].ia);
+      EXPECT_EQ(a[s].ip, b[s].ip);
+      ASSERT_EQ(a[s].bases.size(), b[s].bases.size());
+      ASSERT_FALSE(a[s].bases.empty());
+      for (std::size_t j = 0; j < a[s].bases.size(); ++j) {
+        EXPECT_EQ(a[s].bases[j].nu, b[s].bases[j].nu);
+        EXPECT_TRUE(same_span(a[s].bases[j].functions, b[s].bases[j].functions))
+            << "representation " << a[s].bases[j].nu;
+      }
+    }
+  }
+}
+
+// P -1 with two one-dimensional representations of the whole group at k = 0, where the star
+// has one arm.  Two atoms x and -x: the axial vectors give characters 6 at 1 and 0 at -1, so
+// that each representation occurs 3 times and 1 x 3 / 1 = 3 functions are expected and found.
+TEST(SuppliedMode, FullGroupBlockAtKZeroExpectsDimTimesMultiplicity) {
+  const std::string control =
+      "SPGR -P 1\nKVEC 0 0 0 GM\n"
+      "FULL_GROUP_IR 2 2 1 1\n"
+      "SYMM_K( 1): x,y,z\nIR(Ag): 1\nIR(Au): 1\n"
+      "SYMM_K( 2): -x,-y,-z\nIR(Ag): 1\nIR(Au): -1\n"
+      "VMODE AXI\nATOM Fe Fe 0.1 0.2 0.3\n";
+  const Run_Output out = run_velmoria({"f", control, ""});
+  ASSERT_TRUE(ends_normally(out)) << out.console;
+  for (const char* line :
+       {" => The full representations of the space group are read from the input file ",
+        "    Normally they have been read from the Physically Irreducible Representations "
+        "database: PIR_data.txt",
+        "    LIST OF READ GROUP OPERATORS AND PHYSICALLY IRREPS",
+        " => Number of elements of G:    2",
+        " => Number of full physically irreducible representations of G:    2",
+        " -> GAMMA(Magnetic):   3 mAg( 1) + 3 mAu( 2)"}) {
+    EXPECT_NE(out.result.find(std::string(line) + "\n"), std::string::npos) << line;
+  }
+  const std::string expected =
+      "    Expected number of basis functions (Dim*N_times/Nk_star):  3\n\n";
+  EXPECT_NE(out.block.find(expected + "    Number of basis functions:  3\n"), std::string::npos);
+  ASSERT_EQ(out.state->analyses.size(), 1u);
+  for (const Irrep_Basis& basis : out.state->analyses[0].bases) EXPECT_EQ(basis.nbas(), 3);
+}
+
+// The same group with k = (0.3,0,0): -1 sends k to -k, so the star has two arms and the one
+// representation of the whole group is two-dimensional, D(-1) exchanging the arms.  Its
+// character (2, 0) against that of the six axial components (6, 0) gives 6 x 2 / 2 = 6
+// occurrences and 2 x 6 / 2 = 6 expected functions: the six components of the two atoms.
+TEST(SuppliedMode, FullGroupBlockWithTwoArmsAndTheExtendedLittleGroup) {
+  const std::string block =
+      " 2 1 2\n"
+      "SYMM_K( 1): x,y,z\nIR(S1): 1 0 0 1\n"
+      "SYMM_K( 2): -x,-y,-z\nIR(S1): 0 1 1 0\n"
+      "VMODE AXI\nATOM Fe Fe 0.1 0.2 0.3\n";
+  const std::string head = "SPGR -P 1\nKVEC 0.3 0 0 SM\n";
+  const Run_Output full = run_velmoria({"f", head + "FULL_GROUP_IR" + block, ""});
+  ASSERT_TRUE(ends_normally(full)) << full.console;
+  EXPECT_NE(full.result.find(" -> GAMMA(Magnetic):   6 mS1( 1)\n"), std::string::npos);
+  EXPECT_NE(full.block.find("    Expected number of basis functions (Dim*N_times/Nk_star):  6\n\n"
+                            "    Number of basis functions:  6\n"),
+            std::string::npos);
+
+  // As the extended little group G(k,-k): its own texts, and no count held against the
+  // functions found, which the same block as a little group would have.
+  const Run_Output extended = run_velmoria({"e", head + "EXTENDED_LITTLE_GROUP" + block, ""});
+  ASSERT_TRUE(ends_normally(extended)) << extended.console;
+  for (const char* line :
+       {" => The representations of the extended little group, G_(k,-k) are read from the input "
+        "file ",
+        "  EXTENDED LITTLE GROUP OPERATORS AND PHYSICALLY IRREPS",
+        " => Number of elements of G_(k,-k):    2",
+        " => Number of physically irreducible representations of G_(k,-k):    1",
+        " => Full Irreps of the space group or those of the extended little group will be used"}) {
+    EXPECT_NE(extended.result.find(std::string(line) + "\n"), std::string::npos) << line;
+  }
+  EXPECT_EQ(extended.result.find("Expected number"), std::string::npos);
+  EXPECT_EQ(extended.result.find("basis functions than"), std::string::npos);
+  const Run_Output little = run_velmoria({"l", head + "LITTLE_GROUP" + block, ""});
+  EXPECT_NE(little.result.find("basis functions than"), std::string::npos);
+}
+
+struct Bad_Block {
+  std::string block;    // lines behind "SPGR P 1", "KVEC 0 0 0" and an ATOM line
+  std::string message;  // the last line on the console
+  bool in_result;       // written to the result file too
+};
+
+// Every malformed block ends in a message and an orderly stop, nothing written past a table.
+TEST(SuppliedMode, BadBlocksStopWithAMessage) {
+  const std::string op = "SYMM_K( 1): x,y,z\n";
+  std::string dims48;
+  for (int i = 0; i < 48; ++i) dims48 += " 1";
+  const Bad_Block cases[] = {
+      {"LITTLE_GROUP 49 1 1\n",
+       " => Error! A supplied block may hold at most 48 operators and 48 representations: "
+       "LITTLE_GROUP 49 1 1",
+       true},
+      {"LITTLE_GROUP 1 49 1\n",
+       " => Error! A supplied block may hold at most 48 operators and 48 representations: "
+       "LITTLE_GROUP 1 49 1",
+       true},
+      {"LITTLE_GROUP 0 1 1\n",
+       " => Error reading the numbers of operators and representations in: LITTLE_GROUP 0 1 1",
+       true},
+      {"LITTLE_GROUP 1 x 1\n",
+       " => Error reading the numbers of operators and representations in: LITTLE_GROUP 1 x 1",
+       true},
+      {"LITTLE_GROUP 1 2 1\n",
+       " => Error reading the dimensions of the representations in: LITTLE_GROUP 1 2 1", true},
+      {"LITTLE_GROUP 1 1 0\n",
+       " => Error! Dimensions of supplied representations must be 1 to 48: LITTLE_GROUP 1 1 0",
+       true},
+      {"LITTLE_GROUP 1 1 -49\n",
+       " => Error! Dimensions of supplied representations must be 1 to 48: LITTLE_GROUP 1 1 -49",
+       true},
+      {"LITTLE_GROUP 48 48" + dims48 + "\n" + op + "IR(a): 1\n",
+       " => Error reading the supplied representations: the control file ends inside their "
+       "block",
+       true},
+      {"LITTLE_GROUP 1 1 2\n" + op + "IR(E): 1 0 0\n", " => Error reading IR(E): 1 0 0", false},
+      {"LITTLE_GROUP 1 1 2\n" + op + "IR(E): 1 0 0 1 0\n", " => Error reading IR(E): 1 0 0 1 0",
+       false},
+      {"LITTLE_GROUP 1 1 1\n" + op + "IR(E): one\n", " => Error reading IR(E): one", false},
+      {"LITTLE_GROUP 1 1 -1\n" + op + "IR(E): 1\nPH(E): 0.5 0.5\n",
+       " => Error reading PH(E): 0.5 0.5", false},
+      {"LITTLE_GROUP 1 1 1\nSYMM_K( 1): x,y,w\nIR(E): 1\n",
+       " => Invalid character... w in operator string: SYMM_K( 1): x,y,w", true},
+  };
+  const Run_Output no_spgr =
+      run_velmoria({"g", "GEN -x,-y,-z\nKVEC 0 0 0\nLITTLE_GROUP 1 1 1\n" + op + "IR(a): 1\n", ""});
+  EXPECT_NE(no_spgr.console.find(" => Supplied representations need the space group on a SPGR "
+                                 "line (a Hall symbol, a tabulated symbol or a number)\n"),
+            std::string::npos);
+  for (const Bad_Block& c : cases) {
+    SCOPED_TRACE(c.block);
+    const Run_Output out =
+        run_velmoria({"b", "SPGR P 1\nKVEC 0 0 0\nATOM A A 0 0 0\n" + c.block, ""});
+    EXPECT_EQ(out.console.find("Normal End"), std::string::npos);
+    const std::string last =
+        out.console.substr(out.console.rfind('\n', out.console.size() - 2) + 1);
+    EXPECT_EQ(last, c.message + "\n");
+    EXPECT_EQ(out.result.find(c.message) != std::string::npos, c.in_result);
+  }
+}
+
+// Names between the first parentheses of the first operator's lines, cut to 10 columns; a
+// head in lower case is read but not echoed, and its representations keep blank names.
+TEST(SuppliedMode, NamesAndTheEchoOfTheBlock) {
+  const std::string lines =
+      " 2 1 -1\n"
+      "SYMM_K( 1): x,y,z\nIR(LongNameOfRep): 1\nPH: 0.5\n"
+      "SYMM_K( 2): -x,-y,-z\n! a comment-looking matrix line\nPH: 0\n";
+  const std::string sites = "VMODE AXI\nATOM Fe Fe 0.1 0.2 0.3\n";
+  const Run_Output upper =
+      run_velmoria({"u", "SPGR -P 1\nKVEC 0 0 0\nLITTLE_GROUP" + lines + sites, ""});
+  EXPECT_NE(upper.console.find(" => Error reading ! a comment-looking matrix line"),
+            std::string::npos);
+
+  const std::string good =
+      " 2 1 -1\n"
+      "SYMM_K( 1): x,y,z\nIR(LongNameOfRep): 1\nPH: 0.5\n"
+      "SYMM_K( 2): -x,-y,-z\nIR(ignored): 1\nPH: 0\n";
+  const Run_Output named =
+      run_velmoria({"n", "SPGR -P 1\nKVEC 0 0 0\nLITTLE_GROUP" + good + sites, ""});
+  ASSERT_TRUE(ends_normally(named)) << named.console;
+  EXPECT_NE(named.result.find("Iso_name: LongNameOf\n"), std::string::npos);
+  // The phase line of zeros is not echoed; the echo takes the lines in turn and stops at the
+  // end of the operators' lines that it counts.
+  EXPECT_NE(named.result.find("\nLITTLE_GROUP 2 1 -1\nSYMM_K( 1): x,y,z\nIR(LongNameOfRep): "
+                              "1\nPH: 0.5\nSYMM_K( 2): -x,-y,-z\nIR(ignored): 1\n"),
+            std::string::npos);
+
+  const Run_Output lower =
+      run_velmoria({"l", "SPGR -P 1\nKVEC 0 0 0\nlittle_group" + good + sites, ""});
+  ASSERT_TRUE(ends_normally(lower)) << lower.console;
+  EXPECT_EQ(lower.result.find("\nSYMM_K( 1): x,y,z\n"), std::string::npos);
+  EXPECT_NE(lower.result.find("Iso_name:           \n"), std::string::npos);
+}
+
+// A representation of dimension 25, past the 24 columns of the listing: the tables are
+// written without the symbolic form and the run ends normally.
+TEST(SuppliedMode, DimensionAboveTheListingColumns) {
+  std::string unit_matrix;
+  for (int a = 0; a < 25; ++a) {
+    for (int b = 0; b < 25; ++b) unit_matrix += a == b ? " 1" : " 0";
+  }
+  const Run_Output out = run_velmoria(
+      {"d",
+       "SPGR P 1\nKVEC 0 0 0\nLITTLE_GROUP 1 1 25\nSYMM_K( 1): x,y,z\nIR(big):" + unit_matrix +
+           "\nATOM A A 0 0 0\n",
+       ""});
+  ASSERT_TRUE(ends_normally(out)) << out.console;
+  EXPECT_NE(out.result.find(" => Dimensions of Ir(reps):  25\n"), std::string::npos);
+  EXPECT_NE(out.result.find("skiped: Dimensions equal or higher than 6"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace velmoria
