@@ -52,6 +52,20 @@ bool ends_normally(const Run_Output& out) {
   return out.console.find(" => Normal End") != std::string::npos;
 }
 
+// The block that velmoria --irreps GROUP k label --block writes.
+std::string block_of(const std::string& group, const Vec3& k, const char* label) {
+  lorsk_proc store;
+  std::string unit;
+  std::string generators;
+  EXPECT_EQ(lorsk(unit, k, 0, label, group, 0, false,
+                  get_generators(group, generators) ? &group : nullptr, store),
+            status_done);
+  std::string why;
+  const std::optional<std::string> block = supplied_block_text(store, k, label, why);
+  EXPECT_TRUE(block.has_value()) << why;
+  return block.value_or("");
+}
+
 struct Round_Trip {
   const char* group;
   Vec3 k;
@@ -68,8 +82,7 @@ TEST(SuppliedMode, BlockOfComputedRepresentationsGivesTheSameAnalysis) {
       {"P 1 21/c 1", {0, 0, 0}, "GM", "VMODE AXI\nATOM Fe Fe 0.1 0.2 0.3\nATOM Co Co 0 0 0\n"},
       // Zone boundary of a non-symmorphic group: two-dimensional representations.
       {"P n m a", {0, 0, 0.5f}, " Z", "VMODE\nATOM Mn Mn 0.1 0.25 0.3\nATOM O O 0.2 0.1 0.4\n"},
-      // Incommensurate k: complex phases.  (An orbit that splits under the little group, such
-      // as that of x,1/4,z here, stays one site in the supplied mode.)
+      // Incommensurate k: complex phases.
       {"P n m a", {0.13f, 0, 0}, "DT", "VMODE AXI\nATOM Mn Mn 0 0 0\n"},
       // Cubic group with three-dimensional representations.
       {"P m -3 m", {0, 0, 0}, "GM", "VMODE AXI\nATOM Fe Fe 0.2 0 0\n"},
@@ -84,17 +97,8 @@ TEST(SuppliedMode, BlockOfComputedRepresentationsGivesTheSameAnalysis) {
         run_velmoria({"c", std::string("SPGR ") + c.group + "\n" + kvec.str() + c.sites, ""});
     ASSERT_TRUE(ends_normally(computed)) << computed.console;
 
-    lorsk_proc store;
-    std::string unit;
-    std::string generators;
-    const std::string text = c.group;
-    ASSERT_EQ(lorsk(unit, c.k, 0, c.label, text, 0, false,
-                    get_generators(text, generators) ? &text : nullptr, store),
-              status_done);
-    std::string why;
-    const std::optional<std::string> block = supplied_block_text(store, c.k, c.label, why);
-    ASSERT_TRUE(block.has_value()) << why;
-    const Run_Output supplied = run_velmoria({"s", *block + c.sites, ""});
+    const std::string block = block_of(c.group, c.k, c.label);
+    const Run_Output supplied = run_velmoria({"s", block + c.sites, ""});
     ASSERT_TRUE(ends_normally(supplied)) << supplied.console;
     EXPECT_NE(supplied.result.find("    LIST  OF  READ  LITTLE GROUP  OPERATORS AND IRREPS"),
               std::string::npos);
@@ -115,6 +119,21 @@ TEST(SuppliedMode, BlockOfComputedRepresentationsGivesTheSameAnalysis) {
       }
     }
   }
+}
+
+// An orbit that splits into two under the little group (x,1/4,z of P n m a with k along a*)
+// gives two sites in the computed mode; in the supplied mode the site is not split: it holds
+// the atoms that the supplied operators make, the first sub-orbit.
+TEST(SuppliedMode, SitesAreNotSplit) {
+  const char* site = "VMODE AXI\nATOM Mn Mn 0.1 0.25 0.3\n";
+  const Run_Output computed =
+      run_velmoria({"c", std::string("SPGR P n m a\nKVEC 0.13 0 0 DT\n") + site, ""});
+  const Run_Output supplied =
+      run_velmoria({"s", block_of("P n m a", {0.13f, 0, 0}, "DT") + site, ""});
+  ASSERT_TRUE(ends_normally(computed) && ends_normally(supplied));
+  EXPECT_EQ(computed.state->sv.nsites, 2);
+  EXPECT_EQ(supplied.state->sv.nsites, 1);
+  EXPECT_EQ(supplied.state->sv.sites[0].x, computed.state->sv.sites[0].x);
 }
 
 // P -1 with two one-dimensional representations of the whole group at k = 0, where the star
