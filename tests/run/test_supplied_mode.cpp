@@ -293,6 +293,17 @@ TEST(SuppliedMode, NamesAndTheEchoOfTheBlock) {
                               "1\nPH: 0.5\nSYMM_K( 2): -x,-y,-z\nIR(ignored): 1\n"),
             std::string::npos);
 
+  // Of two heads the reading takes the last and the echo starts at the first.
+  const Run_Output two = run_velmoria(
+      {"t",
+       "SPGR -P 1\nKVEC 0 0 0\nLITTLE_GROUP 1 1 1\nS: x,y,z\nIR(first): 1\nLITTLE_GROUP" + good +
+           sites,
+       ""});
+  ASSERT_TRUE(ends_normally(two)) << two.console;
+  EXPECT_NE(two.result.find(" => Number of elements of G_k:    2\n"), std::string::npos);
+  EXPECT_NE(two.result.find("\nLITTLE_GROUP 1 1 1\nS: x,y,z\nIR(first): 1\n"), std::string::npos);
+  EXPECT_NE(two.result.find("Iso_name: first     \n"), std::string::npos);
+
   const Run_Output lower =
       run_velmoria({"l", "SPGR -P 1\nKVEC 0 0 0\nlittle_group" + good + sites, ""});
   ASSERT_TRUE(ends_normally(lower)) << lower.console;
