@@ -121,25 +121,6 @@ TEST(Svd, ErrorsAreReported) {
   EXPECT_EQ(err_mathgen_mess, " => SVDcmp_dp: convergence not reached ! ");
 }
 
-TEST(Rank, CountsSingularValuesStrictlyAboveTolerance) {
-  const std::vector<double> a = low_rank_matrix(6, 5, 3, 7);
-  EXPECT_EQ(rank_dp(a, 6, 5, 1.0e-6), 3);
-  EXPECT_EQ(a, low_rank_matrix(6, 5, 3, 7));  // not changed
-  EXPECT_EQ(rank_dp(low_rank_matrix(3, 8, 2, 8), 3, 8, 1.0e-6), 2);
-  EXPECT_EQ(rank_dp(random_matrix(4, 4, 9), 4, 4, 1.0e-6), 4);
-  const std::vector<double> d = {1.0, 0.0, 0.0, 1.0e-6};
-  EXPECT_EQ(rank_dp(d, 2, 2, 1.0e-6), 1);
-  EXPECT_EQ(rank_dp(d, 2, 2, 0.99e-6), 2);
-}
-
-TEST(Pythag, HypotenuseWithoutOverflow) {
-  EXPECT_DOUBLE_EQ(pythag_dp(3.0, 4.0), 5.0);
-  EXPECT_DOUBLE_EQ(pythag_dp(-4.0, -3.0), 5.0);
-  EXPECT_DOUBLE_EQ(pythag_dp(0.0, -7.0), 7.0);
-  EXPECT_DOUBLE_EQ(pythag_dp(1.0e200, 1.0e200), std::sqrt(2.0) * 1.0e200);
-  EXPECT_EQ(pythag_dp(0.0, 0.0), 0.0);
-}
-
 using CVec = std::vector<Complex>;
 
 bool dependent(const CVec& a, const CVec& b, int b_rows, int nb, int mb) {

@@ -132,17 +132,6 @@ TEST(ReadXsym, BadTextSetsErrorsWithoutCrash) {
   expect_vec(tr, 0, 0, 1.0f);
 }
 
-TEST(ReadXsym, RealMatrixVariant) {
-  Mat3r w{};
-  Vec3 t{};
-  read_xsym("x,2x,1/4", 1, w, t, false);
-  EXPECT_FALSE(err_symm);
-  EXPECT_EQ(w[0][0], 1.0f);
-  EXPECT_EQ(w[1][0], 2.0f);
-  EXPECT_EQ(w[2][0], 0.0f);
-  expect_vec(t, 0, 0, 0.25f);
-}
-
 TEST(CheckGenerator, AcceptsOperatorsAndNamesElements) {
   std::string kind;
   EXPECT_TRUE(check_generator("x+1/2,-y+1/4,z", &kind));
@@ -212,19 +201,6 @@ TEST(GetSymsymbi, RoundTripThroughReadXsym) {
   }
 }
 
-TEST(GetSymsymbr, RealCoefficients) {
-  const Mat3r half{{{0.5f, 0.5f, 0}, {0, 1, 0}, {0, 0, 0}}};
-  EXPECT_EQ(get_symsymbr(half, {0, 0, 0.25f}), "x/2+y/2,y,1/4");
-  EXPECT_EQ(get_symsymbr({{{1, 0, 0}, {0, 1, 0}, {0, 0, 0}}}, {0.5f, 0, 0.25f}), "x+1/2,y,1/4");
-  EXPECT_EQ(get_symsymbr(Mat3r{}, {0, 0, 0.5f}), "0,0,1/2");
-  EXPECT_EQ(get_symsymbr(Mat3r{}, {-0.25f, 0, 0}), "-1/4,0,0");
-  EXPECT_EQ(get_symsymbr({{{2.0f / 3, 0, 0}, {0, -0.5f, 0}, {1, -1, 0}}}, {0, 0, 0}),
-            "2x/3,-y/2,x-y");
-  EXPECT_EQ(get_symsymbr({{{-1, 2, 0}, {0, 0, -1}, {-1, 0, 1}}}, {0, 0.5f, 0}),
-            "-x+2y,-z+1/2,-x+z");
-  EXPECT_EQ(get_symsymbr({{{0.5f, -1.0f / 3, 0}, {0, 0, 0}, {0, 0, 0}}}, {0, 0, 0}), "x/2-y/3,0,0");
-}
-
 // The components of a text such as "(-Mx,-My, Mz)" or "(   -My, Mx-My, Mz)" as rows of a matrix.
 Mat3i parse_moment_text(const std::string& text) {
   Mat3i m{};
@@ -245,22 +221,6 @@ Mat3i parse_moment_text(const std::string& text) {
     }
   }
   return m;
-}
-
-TEST(Decodmatmag, CubicAndHexagonalTexts) {
-  hexa = false;
-  EXPECT_EQ(decodmatmag(identity), "( Mx, My, Mz)      ");
-  EXPECT_EQ(decodmatmag(mod6[1]), "(-Mx,-My, Mz)      ");
-  EXPECT_EQ(decodmatmag(negated(identity)), "(-Mx,-My,-Mz)      ");
-  EXPECT_FALSE(err_symm);
-  hexa = true;
-  EXPECT_EQ(decodmatmag(mod6[25]), "(   -My, Mx-My, Mz)");
-  EXPECT_EQ(decodmatmag(negated(mod6[35])), "(-Mx   ,-Mx+My, Mz)");
-  EXPECT_EQ(decodmatmag(identity), "( Mx, My, Mz)      ");
-  EXPECT_FALSE(err_symm);
-  // Row 24 of the cube has no text on hexagonal axes.
-  EXPECT_EQ(decodmatmag(mod6[23]), std::string(19, ' '));
-  hexa = false;
 }
 
 TEST(Decodmatmag, TextIsTheMatrixActingOnTheMoment) {

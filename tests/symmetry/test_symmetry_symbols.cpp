@@ -143,41 +143,6 @@ TEST(SymmetrySymbols, AgreeWithTabulatedSymbolsOfHolohedries) {
   }
 }
 
-TEST(SymmetrySymbols, KovalevNamesCubic) {
-  Hexa_Guard guard;
-  hexa = false;
-  std::string s = get_symkov({{{-1, 0, 0}, {0, -1, 0}, {0, 0, 1}}});
-  ASSERT_EQ(s.size(), 21u);
-  EXPECT_EQ(trim(adjustl(s.substr(0, 14))), "2 ( 0, 0, z)");
-  EXPECT_EQ(s.substr(14), " -> h4 ");
-  // x,y,-z is minus entry 2: the mirror of the second half of the tables.
-  s = get_symkov({{{1, 0, 0}, {0, 1, 0}, {0, 0, -1}}});
-  EXPECT_EQ(trim(adjustl(s.substr(0, 14))), "m ( x, y, 0)");
-  EXPECT_EQ(s.substr(14), " -> h28");
-  s = get_symkov({{{0, 0, 1}, {1, 0, 0}, {0, 1, 0}}});  // z,x,y
-  EXPECT_EQ(trim(adjustl(s.substr(0, 14))), "3+ ( x, x, x)");
-  EXPECT_EQ(s.substr(14), " -> h9 ");
-  EXPECT_FALSE(err_symm);
-}
-
-TEST(SymmetrySymbols, KovalevNamesHexagonal) {
-  Hexa_Guard guard;
-  hexa = true;
-  std::string s = get_symkov({{{-1, 0, 0}, {0, -1, 0}, {0, 0, -1}}});
-  EXPECT_EQ(s.substr(0, 14), " -1           ");
-  EXPECT_EQ(s.substr(14), " -> h13");
-  s = get_symkov({{{1, -1, 0}, {1, 0, 0}, {0, 0, 1}}});  // x-y,x,z
-  EXPECT_EQ(trim(adjustl(s.substr(0, 14))), "6+ ( 0, 0, z)");
-  EXPECT_EQ(s.substr(14), " -> h2 ");
-  // A cubic threefold axis is no operator of 6/mmm.
-  s = get_symkov({{{0, 0, 1}, {1, 0, 0}, {0, 1, 0}}});
-  EXPECT_TRUE(err_symm);
-  EXPECT_EQ(err_symm_mess,
-            " Try to re-write your S.O. using a rotational part identical to a S.O. of the space "
-            "group P 6/m m m");
-  EXPECT_TRUE(is_blank(s));
-}
-
 TEST(SymmetrySymbols, SolversPointLineAndPlane) {
   Vec3 ts{}, x{};
   Vec3i ix{};
