@@ -165,47 +165,6 @@ TEST(KStar, ArmsTimesLittleCoGroupIsThePointGroupInAll230Groups) {
 
 using testing::lines_of;
 
-TEST(WriteGroupK, CosetLinesAndClosingRecordsOfAnAcentricGroup) {
-  Run_Tolerance tol;
-  Group_k_Type gk;
-  // P2 at k = (0,1/2,0): both operators keep k; w = 7, the length of "-x,y,-z".
-  k_star(Vec3{0, 0.5F, 0}, group("3"), gk, true);
-  std::string out;
-  write_group_k(gk, out);
-  EXPECT_NE(out.find("\n  Eqv. -K: k_1  = (  0.0000  0.5000  0.0000 )    Op: (  1) x,y,z\n"
-                     "                                                 Op: (  2) -x,y,-z  -> ( "
-                     "  0.0000  0.5000  0.0000 )\n"),
-            std::string::npos)
-      << out;
-  EXPECT_EQ(out.find("non-centrosymmetric"), std::string::npos);
-
-  // P2 at a general k: not equivalent to -k, and -k not in the star: the closing records.
-  k_star(Vec3{0.1F, 0.2F, 0.3F}, group("3"), gk, true);
-  out.clear();
-  write_group_k(gk, out);
-  EXPECT_NE(out.find(" => -K .. IS NOT .. in the star of k, the extended little group is "
-                     "G(k,-k)=G(k) \n"),
-            std::string::npos);
-  EXPECT_NE(out.find(" => Numerals of the extended little group operators:  {  1}\n"),
-            std::string::npos);
-  const std::string closing =
-      "\n => The original space group is non-centrosymmetric and K is not equivalent to -K\n"
-      "    If the vector k=-K does not appear within the arm of the K-vector, the propagation\n"
-      "    vector k=-K should be included in applications where final vector components have \n"
-      "    to be real values.   \n\n";
-  ASSERT_GE(out.size(), closing.size());
-  EXPECT_EQ(out.substr(out.size() - closing.size()), closing);
-
-  // P4 at (0.1,0.2,0): -k is in the star of an acentric group; the closing records still come.
-  k_star(Vec3{0.1F, 0.2F, 0}, group("75"), gk, true);
-  out.clear();
-  write_group_k(gk, out);
-  EXPECT_NE(out.find(" => Numerals of the extended little group operators:  {  1,  3 }\n"),
-            std::string::npos)
-      << out;
-  EXPECT_EQ(out.substr(out.size() - closing.size()), closing);
-}
-
 TEST(WriteGroupK, TenthArmTakesTwoDigits) {
   Run_Tolerance tol;
   Group_k_Type gk;

@@ -133,21 +133,6 @@ TEST(Closure, CentreOfSymmetryOnAndOffTheOrigin) {
   EXPECT_EQ(r.ng, 2);
 }
 
-TEST(Closure, InversionFromProductsHalvesTheTable) {
-  Gener_Result r = gener({"x,y,-z", "-x,-y,z"});
-  EXPECT_FALSE(err_symm);
-  EXPECT_EQ(r.ng, 2);
-  EXPECT_EQ(r.icentre, 2);
-  expect_ops(r.ops, r.ng, {"x,y,z", "x,y,-z"});
-
-  // A fourfold axis and a mirror normal to it: the first half holds g and -g all the same.
-  r = gener({"-y,x,z", "x,y,-z"});
-  EXPECT_FALSE(err_symm);
-  EXPECT_EQ(r.ng, 4);
-  EXPECT_EQ(r.icentre, 2);
-  expect_ops(r.ops, r.ng, {"x,y,z", "-y,x,z", "x,y,-z", "-x,-y,z"});
-}
-
 TEST(Closure, FixAnalysesACompleteList) {
   Ops o = parse({"x,y,z", "-x,y,-z", "-x,-y,-z", "x,-y,z"});
   int isystem = 0, icentre = 0, ibravl = 0;

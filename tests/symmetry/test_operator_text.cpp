@@ -171,16 +171,6 @@ TEST(CheckGenerator, RefusesBadMatrices) {
   EXPECT_FALSE(check_generator(std::string(300, ',')));
 }
 
-TEST(GetSymsymbi, WritesLettersThenConstant) {
-  EXPECT_EQ(get_symsymbi(identity, {0, 0, 0}), "x,y,z");
-  EXPECT_EQ(get_symsymbi({{{-1, 0, 0}, {0, 1, 0}, {0, 0, 1}}}, {0.5f, 0, 0.25f}), "-x+1/2,y,z+1/4");
-  EXPECT_EQ(get_symsymbi({{{1, -1, 0}, {1, 0, 0}, {0, 0, 1}}}, {0, 0, 0.5f}), "x-y,x,z+1/2");
-  EXPECT_EQ(get_symsymbi({{{2, -1, 0}, {0, 0, 1}, {-1, 0, 0}}}, {0, 0, 0}), "2x-y,z,-x");
-  EXPECT_EQ(get_symsymbi({{{-1, 0, 0}, {0, -1, 0}, {0, 0, -1}}}, {-0.25f, 1.0f, 0.0001f}),
-            "-x-1/4,-y+1,-z");
-  EXPECT_EQ(get_symsymbi(identity, {1.0f / 12, 5.0f / 24, 0}), "x+1/12,y+5/24,z");
-}
-
 TEST(GetSymsymbi, RoundTripThroughReadXsym) {
   const std::vector<float> shifts = {0.0f,     0.5f,     0.25f,    0.75f,
                                      1.0f / 3, 2.0f / 3, 1.0f / 6, 5.0f / 6};

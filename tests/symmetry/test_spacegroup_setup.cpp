@@ -92,34 +92,6 @@ TEST(SpacegroupSetup, OriginChoices) {
   EXPECT_EQ(g.spg_symb, "P 21/c");
 }
 
-TEST(SpacegroupSetup, SettingTextsOfTheRoads) {
-  Space_Group_Type g;
-  set_spacegroup("P 1", g);
-  ASSERT_FALSE(err_symm);
-  EXPECT_EQ(g.setting, "IT (Generated from Hermann-Mauguin symbol)");
-  EXPECT_EQ(g.multip, 1);
-  EXPECT_EQ(g.num_gen, 0);
-  for (const char* text : {"1", "1:1"}) {
-    set_spacegroup(text, g);
-    ASSERT_FALSE(err_symm);
-    EXPECT_EQ(g.setting, "Generated from Hall symbol") << text;
-    EXPECT_EQ(g.num_ops, 1) << text;
-    EXPECT_EQ(g.multip, 1) << text;
-    EXPECT_EQ(g.centred, 1) << text;
-  }
-  // One of the seven symbols that go by their Hall symbol.
-  set_spacegroup("P N M 21", g);
-  ASSERT_FALSE(err_symm);
-  EXPECT_EQ(g.setting, "Generated from Hall symbol");
-  EXPECT_EQ(g.num_spg, 31);
-  // The forced Hall reading of a tabulated symbol.
-  set_spacegroup("P 21/C", g, nullptr, std::nullopt, std::nullopt, true);
-  ASSERT_FALSE(err_symm);
-  EXPECT_EQ(g.setting, "Generated from Hall symbol");
-  EXPECT_EQ(g.spg_symb, "P 21/c");
-  EXPECT_EQ(g.num_ops, 2);
-}
-
 TEST(SpacegroupSetup, GeneratorsInTheOrderOfTheClosure) {
   Space_Group_Type g;
   std::vector<std::string> gen = {"-x+1/2,-y,z+1/2", "-x,y+1/2,-z+1/2"};

@@ -63,19 +63,6 @@ TEST(SymmetrySymbols, MirrorsAndGlides) {
   EXPECT_EQ(symmetry_symbol_str({{{1, 0, 0}, {0, 1, 0}, {0, 0, -1}}}, {-0.5f, 0, 0}), "m x,y,0");
 }
 
-TEST(SymmetrySymbols, HexagonalAxisIsDoubled) {
-  // x,x-y,-z: twofold axis along (2,1,0), found as x, x/2, 0 and written 2x,x,0.
-  EXPECT_EQ(symmetry_symbol_xyz("x,x-y,-z"), "2 2x,x,0");
-  EXPECT_EQ(get_string_resolv({0, 0, 0}, {1, 0.5f, 0}, {1, 1, 0}), "2x,x,0");
-}
-
-TEST(SymmetrySymbols, StringOfParametricTriple) {
-  EXPECT_EQ(get_string_resolv({0.25f, 0, 0.5f}, {0, 0, 0}, {0, 0, 0}), "1/4,0,1/2");
-  EXPECT_EQ(get_string_resolv({0, -0.5f, 0}, {1, 1, 1}, {1, 1, 3}), "x,x-1/2,z");
-  EXPECT_EQ(get_string_resolv({0, 0.25f, 0}, {1, -1, 0}, {1, 1, 0}), "x,-x+1/4,0");
-  EXPECT_EQ(get_string_resolv({-0.25f, 0, 0}, {0, 0, 0}, {0, 0, 0}), "-1/4,0,0");
-}
-
 // The tabulated symbol of a rotation, e.g. " 3+ (-x, x,-x)", written as this code writes
 // it: each free variable taken with its first occurrence positive, the sense of rotation
 // reversed with the direction of the axis, e.g. "3- x,-x,x".
