@@ -210,51 +210,5 @@ TEST(SiteAnalysisLimits, GammaTextKeepsWholeTermsWithinItsLength) {
   EXPECT_EQ(text.substr(text.size() - 19), " + 1 Irep_k(33) ...");
 }
 
-TEST(SiteAnalysisLimits, ConstantsAndScaling) {
-  set_epsg_sp(0.002f);
-  Irrep_Basis b;
-  for (int m = 0; m < 60; ++m) note_constant(0.005f + 0.01f * static_cast<float>(m), b);
-  note_constant(-0.0051f, b);  // within 0.001 of the first: no new entry
-  note_constant(3.0f, b);      // an integer is no constant
-  EXPECT_EQ(b.realnum.size(), static_cast<std::size_t>(max_constants));
-  EXPECT_TRUE(b.constants_overflow);
-  EXPECT_FLOAT_EQ(b.realnum[0], 0.005f);
-
-  // A function with no real part is scaled on its imaginary part; the other on its real part.
-  Irrep_Basis s;
-  s.functions = {{{0.0f, 2.0f}, {0.0f, -4.0f}, {0.0f, 1.0f}},
-                 {{-3.0f, 0.6f}, {0.9f, 0.0f}, {0.0f, 6.0f}}};
-  scale_functions(s);
-  EXPECT_EQ(s.functions[0][1], std::complex<float>(0.0f, -1.0f));
-  EXPECT_EQ(s.functions[0][0], std::complex<float>(0.0f, 0.5f));
-  EXPECT_EQ(s.functions[1][0].real(), -1.0f);
-  EXPECT_EQ(s.functions[1][2], std::complex<float>(0.0f, 2.0f));
-  // Constants by first occurrence, real parts of a function before its imaginary parts.
-  const std::vector<float> constants = {0.5f, 0.25f, 0.3f, 0.2f};
-  ASSERT_EQ(s.realnum.size(), constants.size());
-  for (std::size_t m = 0; m < constants.size(); ++m) {
-    EXPECT_NEAR(s.realnum[m], constants[m], 1e-6f);
-  }
-  set_epsg_default();
-}
-
-// P 63/m c m at A: the four-dimensional representation holds 48 functions on a general
-// position, more than there are letters; the block lines keep to their 256 columns.
-TEST(SiteAnalysisLimits, MoreFunctionsThanLetters) {
-  const Run_Output out =
-      run_text("SPGR  P 63/m c m\nKVEC  0 0 0.5 A\nVMODE AXI\nATOM  Fe  FE  0.1 0.23 0.07\n");
-  const Run_State& rs = *out.state;
-  ASSERT_EQ(rs.analyses.size(), 1u);
-  const Irrep_Basis& b = rs.analyses[0].bases.back();
-  EXPECT_EQ(b.idim, 4);
-  EXPECT_EQ(b.nbas(), 48);
-  EXPECT_NE(out.result.find(" => Warning! Only the first 36 of the 48 basis functions have a "
-                            "coefficient letter"),
-            std::string::npos);
-  for (const std::string& line : lines_of(out.block)) EXPECT_LE(line.size(), 256u);
-  for (const std::string& c : b.coefficients) EXPECT_LE(c.size(), cfourier_len);
-  EXPECT_NE(out.console.find(" => Normal End"), std::string::npos);
-}
-
 }  // namespace
 }  // namespace velmoria

@@ -6,10 +6,10 @@
 #include <vector>
 
 #include "kvector/group_k.hpp"
-#include "text_lines.hpp"
 #include "support/numeric.hpp"
 #include "symmetry/records.hpp"
 #include "symmetry/spacegroup_setup.hpp"
+#include "text_lines.hpp"
 
 namespace velmoria {
 namespace {
@@ -64,15 +64,6 @@ TEST(KEquiv, ReciprocalLatticeOfEachCentring) {
   EXPECT_FALSE(k_equiv(Vec3{0.5F, 0, 0}, zero, "P"));
   EXPECT_TRUE(k_equiv(Vec3{0.5F, 0, 0}, Vec3{-0.499F, 0, 0}, "P"));
   EXPECT_FALSE(k_equiv(Vec3{0.5F, 0, 0}, Vec3{-0.49F, 0, 0}, "P"));
-}
-
-TEST(HrR, RowVectorTimesRotation) {
-  // h = (1,2,3) times the rotation y,-x+y,z: columns (0,-1,0), (1,1,0), (0,0,1).
-  const Mat3i rot{{{0, 1, 0}, {-1, 1, 0}, {0, 0, 1}}};
-  const Vec3 r = hr_r(Vec3{1, 2, 3}, rot);
-  EXPECT_FLOAT_EQ(r[0], -2.0F);
-  EXPECT_FLOAT_EQ(r[1], 3.0F);
-  EXPECT_FLOAT_EQ(r[2], 3.0F);
 }
 
 TEST(KStar, ZeroVectorKeepsTheWholePointGroup) {
@@ -173,100 +164,6 @@ TEST(KStar, ArmsTimesLittleCoGroupIsThePointGroupInAll230Groups) {
 // ----- The listing -----
 
 using testing::lines_of;
-
-TEST(WriteGroupK, TrivialGroupAtZero) {
-  Run_Tolerance tol;
-  Group_k_Type gk;
-  k_star(Vec3{0, 0, 0}, group("1"), gk, true);
-  std::string out;
-  write_group_k(gk, out);
-  const std::vector<std::string> expected{
-      "",
-      "      PROPAGATION VECTOR GROUP INFORMATION",
-      "      ====================================",
-      "",
-      " => The input propagation vector is: K=(  0.0000  0.0000  0.0000 )",
-      " =>  K .. IS .. equivalent to -K, the extended little group is G(k) ",
-      " => The operators following the k-vectors constitute the co-set decomposition G[Gk]",
-      "    The list of equivalent k-vectors are also given on the right of operators.     ",
-      " => Numerals of the extended little group operators:  {  1}",
-      " => The star of K is formed by the following   1 vectors:",
-      "",
-      "",
-      "  Eqv. -K: k_1  = (  0.0000  0.0000  0.0000 )    Op: (  1) x,y,z",
-      "",
-      " => G_k has the following symmetry operators: ",
-      "",
-      "      1 SYMM(  1) = x,y,z"};
-  EXPECT_EQ(lines_of(out), expected);
-}
-
-TEST(WriteGroupK, CentricGroupWithKNotEquivalentToMinusK) {
-  Run_Tolerance tol;
-  Group_k_Type gk;
-  k_star(Vec3{0.1F, 0.2F, 0.3F}, group("2"), gk, true);
-  std::string out;
-  write_group_k(gk, out);
-  const std::vector<std::string> lines = lines_of(out);
-  const std::vector<std::string> expected_tail{
-      " =>  K .. IS NOT .. equivalent to -K, the extended little group is G(k,-k) ",
-      " => The operators following the k-vectors constitute the co-set decomposition G[Gk]",
-      "    The list of equivalent k-vectors are also given on the right of operators.     ",
-      " => Numerals of the extended little group operators:  {  1,  2 }",
-      " => The star of K is formed by the following   2 vectors:",
-      "",
-      "",
-      "           k_1  = (  0.1000  0.2000  0.3000 )    Op: (  1) x,y,z",
-      "",
-      "  Eqv. -K: k_2  = ( -0.1000 -0.2000 -0.3000 )    Op: (  2) -x,-y,-z",
-      "",
-      " => G_k has the following symmetry operators: ",
-      "",
-      "      1 SYMM(  1) = x,y,z"};
-  ASSERT_EQ(lines.size(), 5 + expected_tail.size());
-  EXPECT_EQ(std::vector<std::string>(lines.begin() + 5, lines.end()), expected_tail);
-}
-
-TEST(WriteGroupK, CosetLinesAndClosingRecordsOfAnAcentricGroup) {
-  Run_Tolerance tol;
-  Group_k_Type gk;
-  // P2 at k = (0,1/2,0): both operators keep k; w = 7, the length of "-x,y,-z".
-  k_star(Vec3{0, 0.5F, 0}, group("3"), gk, true);
-  std::string out;
-  write_group_k(gk, out);
-  EXPECT_NE(out.find("\n  Eqv. -K: k_1  = (  0.0000  0.5000  0.0000 )    Op: (  1) x,y,z\n"
-                     "                                                 Op: (  2) -x,y,-z  -> ( "
-                     "  0.0000  0.5000  0.0000 )\n"),
-            std::string::npos)
-      << out;
-  EXPECT_EQ(out.find("non-centrosymmetric"), std::string::npos);
-
-  // P2 at a general k: not equivalent to -k, and -k not in the star: the closing records.
-  k_star(Vec3{0.1F, 0.2F, 0.3F}, group("3"), gk, true);
-  out.clear();
-  write_group_k(gk, out);
-  EXPECT_NE(out.find(" => -K .. IS NOT .. in the star of k, the extended little group is "
-                     "G(k,-k)=G(k) \n"),
-            std::string::npos);
-  EXPECT_NE(out.find(" => Numerals of the extended little group operators:  {  1}\n"),
-            std::string::npos);
-  const std::string closing =
-      "\n => The original space group is non-centrosymmetric and K is not equivalent to -K\n"
-      "    If the vector k=-K does not appear within the arm of the K-vector, the propagation\n"
-      "    vector k=-K should be included in applications where final vector components have \n"
-      "    to be real values.   \n\n";
-  ASSERT_GE(out.size(), closing.size());
-  EXPECT_EQ(out.substr(out.size() - closing.size()), closing);
-
-  // P4 at (0.1,0.2,0): -k is in the star of an acentric group; the closing records still come.
-  k_star(Vec3{0.1F, 0.2F, 0}, group("75"), gk, true);
-  out.clear();
-  write_group_k(gk, out);
-  EXPECT_NE(out.find(" => Numerals of the extended little group operators:  {  1,  3 }\n"),
-            std::string::npos)
-      << out;
-  EXPECT_EQ(out.substr(out.size() - closing.size()), closing);
-}
 
 TEST(WriteGroupK, TenthArmTakesTwoDigits) {
   Run_Tolerance tol;

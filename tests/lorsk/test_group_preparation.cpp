@@ -99,49 +99,6 @@ std::vector<int> chain_of(const Lorsk_Work& w) {
   return c;
 }
 
-TEST(GroupPreparation, ClosureKeepsCosetLayout) {
-  // 4-fold rotation about z after the 2-fold: g^m h_j in slot j + m (start - 1).
-  Op_Table t{};
-  t[1] = unit_op4();
-  Op4 two = unit_op4();
-  two[0][0] = -1;
-  two[1][1] = -1;
-  Op4 four{};
-  four[0][1] = -1;
-  four[1][0] = 1;
-  four[2][2] = 1;
-  four[3][3] = 1;
-  four[2][3] = 6;  // a 4_1 screw: its square is the 2_1 screw, with translation 12
-  int next = 2;
-  ASSERT_TRUE(closure(t, two, next, 2));
-  EXPECT_EQ(next, 3);
-  const int start = next;
-  ASSERT_TRUE(closure(t, four, next, start));
-  EXPECT_EQ(next, 5);
-  EXPECT_EQ(t[3], four);
-  EXPECT_EQ(t[4], op_product(four, two));
-  // A generator already present adds nothing.
-  int again = next;
-  ASSERT_TRUE(closure(t, op_product(four, four), again, next));
-  EXPECT_EQ(again, next);
-}
-
-TEST(GroupPreparation, SpaceGroupHasAllCosetRepresentatives) {
-  for (int n = 1; n <= 230; ++n) {
-    for (bool tables : {true, false}) {
-      SCOPED_TRACE("group " + std::to_string(n) + (tables ? " ITC" : " Hall"));
-      const Prepared p = prepare(std::to_string(n), {0, 0, 0}, tables);
-      ASSERT_EQ(p.status, status_done);
-      const int expected = p.spg.num_ops * (p.spg.centred != 1 ? 2 : 1);
-      EXPECT_EQ(p.w.order, expected);
-      EXPECT_TRUE(closed_group(p.spg, p.w.SUP, p.w.order));
-      // k = 0: the little group is the whole point group.
-      EXPECT_EQ(p.w.N, p.w.order);
-      EXPECT_TRUE(p.chain_ok);
-    }
-  }
-}
-
 TEST(GroupPreparation, LittleGroupAndChainAtManyVectors) {
   const float h = 0.5f;
   const float g = 0.137f;
@@ -231,28 +188,6 @@ TEST(GroupPreparation, ChainsOfTheHighestGroups) {
   EXPECT_EQ(chain_of(hexagonal.w), (std::vector<int>{1, 2, 3, 7, 13}));
 }
 
-TEST(GroupPreparation, TrivialAndMirrorOnlyLittleGroups) {
-  const Prepared p1 = prepare("1", {0.1f, 0.2f, 0.3f});
-  ASSERT_EQ(p1.status, status_done);
-  EXPECT_EQ(p1.w.N, 1);
-  EXPECT_EQ(p1.w.ONGB, 0);
-  EXPECT_EQ(p1.w.NG, 1);
-  EXPECT_EQ(p1.w.IGB[2], 1);
-  EXPECT_NE(p1.unit.find(" The little group can be generated from the following elements: "),
-            std::string::npos);
-  EXPECT_NE(p1.unit.find("  => GENk(1): x,y,z"), std::string::npos);
-
-  // P m: the mirror y -> -y keeps any k with ky = 0; it is the only generator.
-  const Prepared pm = prepare("6", {0.1f, 0.0f, 0.2f});
-  ASSERT_EQ(pm.status, status_done);
-  EXPECT_EQ(pm.w.N, 2);
-  EXPECT_EQ(pm.w.ONGB, 1);
-  EXPECT_EQ(determ_a_i(Mat3i{{{pm.w.SUB[2][0][0], pm.w.SUB[2][0][1], pm.w.SUB[2][0][2]},
-                              {pm.w.SUB[2][1][0], pm.w.SUB[2][1][1], pm.w.SUB[2][1][2]},
-                              {pm.w.SUB[2][2][0], pm.w.SUB[2][2][1], pm.w.SUB[2][2][2]}}}),
-            -1);
-}
-
 TEST(GroupPreparation, RhombohedralLatticeTestByThree) {
   // R -3 on hexagonal axes: -k = k - (0,0,1) is no reciprocal lattice vector at (0,0,1/2),
   // so the inversion leaves; at (0,0,3/2), -k = k - (0,0,3) and it stays.
@@ -262,42 +197,6 @@ TEST(GroupPreparation, RhombohedralLatticeTestByThree) {
   EXPECT_EQ(half.w.N, 3);
   const Prepared three_halves = prepare("148", {0, 0, 1.5f});
   EXPECT_EQ(three_halves.w.N, 6);
-}
-
-TEST(GroupPreparation, ListsAndFailures) {
-  const Prepared p = prepare("P 21/c", {0, 0, 0});
-  ASSERT_EQ(p.status, status_done);
-  EXPECT_NE(p.unit.find(" => Number of generators of space group:   2"), std::string::npos);
-  EXPECT_NE(p.unit.find("  TRANSLATIONAL COSET REPRESENTATIVES OF SPACE GROUP: P 21/c"),
-            std::string::npos);
-  EXPECT_NE(p.unit.find(" THE GENERATORS OF THE LITTLE GROUP OF BRILLOUIN ZONE POINT GM"),
-            std::string::npos);
-
-  // A list of generators, as a GEN line gives it.
-  Lorsk_Work w;
-  Space_Group_Type spg;
-  std::string unit;
-  EXPECT_EQ(space_group(unit, w, spg, "-x,-y,z; -x,-y,-z", 1, true, nullptr), status_done);
-  EXPECT_EQ(w.order, 4);
-  EXPECT_EQ(unit.find("TRANSLATIONAL COSET"), std::string::npos);  // newk = 1
-
-  // Generators whose first operators do not build the group by cosets (a 3-fold axis before
-  // the 2-fold): the group is still complete and closed, ordered as a chain.
-  for (const char* list : {"z,x,y; -x,-y,z", "z,x,y; y,x,-z; -x,-y,-z"}) {
-    Lorsk_Work wg;
-    std::string u;
-    ASSERT_EQ(space_group(u, wg, spg, list, 1, true, nullptr), status_done) << list;
-    EXPECT_EQ(wg.order, spg.num_ops * (spg.centred != 1 ? 2 : 1)) << list;
-    EXPECT_TRUE(closed_group(spg, wg.SUP, wg.order)) << list;
-  }
-
-  // Text that no road reads: the failure of the setup is handed on, with its message.
-  std::string bad_unit;
-  EXPECT_EQ(space_group(bad_unit, w, spg, "Q 9 9 9", 0, false, nullptr), status_setup_failed);
-  EXPECT_TRUE(err_symm);
-  EXPECT_EQ(space_group(bad_unit, w, spg, "x,y,z,w; ;", 0, true, nullptr), status_setup_failed);
-  EXPECT_EQ(space_group(bad_unit, w, spg, "a;b;c;d;e;f;g;h;i", 0, true, nullptr),
-            status_not_determined);
 }
 
 }  // namespace

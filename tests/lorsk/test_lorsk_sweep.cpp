@@ -305,29 +305,6 @@ TEST(LorskSweep, SmallGroupsByHand) {
   EXPECT_EQ(m3m.store.names[11], "SYMM_K(12)");
 }
 
-TEST(LorskSweep, ListingOfTheDriver) {
-  const Lorsk_Run r = run_lorsk("221", {0.5f, 0.5f, 0.5f}, 1, 0);
-  ASSERT_EQ(r.status, status_done);
-  const std::string& u = r.unit;
-  EXPECT_NE(u.find(" => The lattice symbol is cP"), std::string::npos);
-  EXPECT_NE(u.find(" The conventional k-vector is"), std::string::npos);
-  EXPECT_NE(u.find("     0.50000     0.50000     0.50000"), std::string::npos);
-  EXPECT_NE(u.find(" REPRESENTATIVE ELEMENTS OF THE LITTLE GROUP OF BRILLOUIN ZONE POINT KK"),
-            std::string::npos);
-  EXPECT_NE(u.find("  Operator of Gk Number(48): "), std::string::npos);
-  EXPECT_NE(u.find(" There are 10 little-group representations for this k-vector."),
-            std::string::npos);
-  EXPECT_NE(u.find(" The dimensions are, respectively:  1 1 1 1 2 2 3 3 3 3"), std::string::npos);
-  EXPECT_NE(u.find("  IRREP Number(10) for operator(48): "), std::string::npos);
-  EXPECT_NE(u.find("  TRANSLATIONAL COSET REPRESENTATIVES OF SPACE GROUP: 221"), std::string::npos);
-  // A one-dimensional matrix: 21 blanks, modulus and phase in f8.4.
-  EXPECT_NE(u.find("\n" + std::string(21, ' ') + "  1.0000  0.0000\n"), std::string::npos);
-  // Without the listing flag the matrices are not written, and the store is the same.
-  const Lorsk_Run quiet = run_lorsk("221", {0.5f, 0.5f, 0.5f}, 0, 0);
-  EXPECT_EQ(quiet.unit.find("IRREP Number"), std::string::npos);
-  EXPECT_EQ(quiet.store.repi_v, r.store.repi_v);
-}
-
 TEST(LorskSweep, FailuresOfTheGroupText) {
   lorsk_proc store;
   std::string unit;

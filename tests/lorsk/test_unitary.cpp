@@ -243,35 +243,5 @@ TEST(Unitary, ThreeDimensionalVectorRepresentation) {
   EXPECT_EQ(none.U1[2][2], 1.0f);  // the unit matrix stands in
 }
 
-TEST(Unitary, FailuresAreReported) {
-  // Inequivalent conjugate (1 against -1): no free column.
-  const Mat one = {{1, 0}, {0, 1}};
-  const Mat minus = {{-1, 0}, {0, -1}};
-  Rep_Data none = rep_data({one}, {minus});
-  init_err_lorsk();
-  Unitary_Result u = unitrn(none.w, 1, 2, 1, none.ICSB, 1, 2, none.EX);
-  EXPECT_TRUE(err_lorsk);
-  EXPECT_NE(err_lorsk_mess.find("no free column"), std::string::npos);
-  EXPECT_FALSE(u.ok);
-  EXPECT_EQ(u.lm, 1);
-  EXPECT_EQ(u.mm, 1);
-
-  // A reducible input: every X solves, four free columns; the first null vector is used.
-  Rep_Data many = rep_data({one}, {one});
-  init_err_lorsk();
-  u = unitrn(many.w, 1, 2, 1, many.ICSB, 1, 2, many.EX);
-  EXPECT_TRUE(err_lorsk);
-  EXPECT_NE(err_lorsk_mess.find("4 free columns"), std::string::npos);
-  EXPECT_FALSE(u.ok);
-
-  // Dimension or generators beyond the tables.
-  init_err_lorsk();
-  u = unitrn(many.w, 6, 2, 1, many.ICSB, 1, 2, many.EX);
-  EXPECT_TRUE(err_lorsk);
-  init_err_lorsk();
-  u = unitrn(many.w, 1, 4, 1, many.ICSB, 1, 2, many.EX);
-  EXPECT_TRUE(err_lorsk);
-}
-
 }  // namespace
 }  // namespace velmoria

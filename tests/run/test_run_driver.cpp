@@ -15,61 +15,11 @@
 namespace velmoria {
 namespace {
 
-const std::string result_head =
-    "  \n"
-    "\n"
-    "   +++++++++++++++++++++++++++++++++++++++++++++++++++++\n"
-    "   +++ PROGRAM:Velmoria (Version 5.00, July 2016)    +++\n"
-    "   +++++++++++++++++++++++++++++++++++++++++++++++++++++\n"
-    "\n"
-    "  The calculation of the IRREPS of the little group is based in \n"
-    "  the procedure of ZAK provided within the program LORSK       \n"
-    "  \n";
-
-const std::string block_head =
-    "   -------------------------------\n"
-    "   Output of Velmoria for Tarnweld\n"
-    "   -------------------------------\n"
-    "   The group of lines starting with the symbol of space groups and \n"
-    "   finishing with the last keyword BASI, may be pasted into the RCF file\n"
-    "  \n";
-
 Run_Output run_text(const std::string& text) {
   return run_velmoria({"test", text, ""});
 }
 
 using testing::lines_of;
-
-void expect_same_lines(const std::string& actual, const std::string& expected) {
-  testing::expect_same_lines("result", actual, expected);
-}
-
-TEST(RunDriver, MissingControlFileStopsForWantOfASpaceGroup) {
-  const Run_Output out = run_velmoria({"nosuchfile", std::nullopt, ""});
-  expect_same_lines(out.result, result_head +
-                                    " => No information on space group is given, please provide "
-                                    "SPGR/GEN before KVEC !\n");
-  EXPECT_EQ(out.block, block_head);
-  EXPECT_EQ(out.console, "");
-}
-
-TEST(RunDriver, NoKvecStopsAfterTheEchoLines) {
-  const Run_Output out = run_text(
-      "TITLE  Cobalt oxide test\n"
-      "! a comment line\n"
-      "spgr P 21/c\n"
-      "SHORT_OUTPUT\n");
-  const std::string stop = " => Calculation of IRreps omitted ... no KVEC keyword given! \n";
-  expect_same_lines(
-      out.result, result_head + " => Title:Cobalt oxide test\n" +
-                      " => Symbol of the space group: P 21/c\n"
-                      " => The given space group P 21/c is standard, IT generators will be used \n"
-                      " => List of space group generators:  -x,y+1/2,-z+1/2; -x,-y,-z\n"
-                      " => Short output selected. \n" +
-                      stop);
-  EXPECT_EQ(out.console, stop);
-  EXPECT_EQ(out.block, block_head);
-}
 
 TEST(RunDriver, KvecIsRoundedToFractionsAndLabelled) {
   const Run_Output out = run_text(
@@ -171,45 +121,6 @@ TEST(RunDriver, SublPositionsThatCannotBeReadAreReported) {
 
 namespace velmoria {
 namespace {
-
-// In P -1 at a general k the little group is P 1, so a general position splits into two
-// sub-orbits, x and -x: each ATOM line gives two sites and one note.  Ten notes fit.
-TEST(RunDriver, SplitSitesAreNamedAndTheirNotesLimited) {
-  std::string text = "SPGR P -1\nKVEC 0.1 0.2 0.3 GP\n";
-  for (int i = 0; i < 10; ++i) text += "ATOM  A" + std::to_string(i) + " X 0.11 0.23 0.37\n";
-  const auto lines = testing::lines_of(run_text(text).result);
-  EXPECT_NE(
-      std::find(lines.begin(), lines.end(), "   -> The atom site: A0    is split in  2 orbits"),
-      lines.end());
-  EXPECT_NE(std::find(lines.begin(), lines.end(), " => No. of sites:   20"), lines.end());
-  EXPECT_NE(std::find(lines.begin(), lines.end(),
-                      " -> A91_1   :   0.1100  0.2300  0.3700  : (x,y,z)" + std::string(53, ' ')),
-            lines.end());
-  EXPECT_NE(std::find(lines.begin(), lines.end(),
-                      " -> A92_1   :  -0.1100 -0.2300 -0.3700  : (x,y,z)" + std::string(53, ' ')),
-            lines.end());
-
-  text += "ATOM  B X 0.11 0.23 0.37\n";
-  const Run_Output out = run_text(text);
-  const std::string refusal =
-      " => Too many split sites: at most 10 atom sites may split into sub-orbits";
-  EXPECT_EQ(testing::lines_of(out.result).back(), refusal);
-  EXPECT_EQ(out.console, refusal + "\n");
-}
-
-// The general position of F m -3 m at a general k falls into 48 sub-orbits of its little
-// group P 1 (192 images, 4 lattice points): from the tenth on the number takes two columns.
-TEST(RunDriver, SubOrbitNumbersFromTenOnTakeTwoColumns) {
-  const auto lines = testing::lines_of(
-      run_text("SPGR F m -3 m\nKVEC 0.1 0.2 0.3 GP\nATOM  Fe X 0.11 0.23 0.37\n").result);
-  EXPECT_NE(std::find(lines.begin(), lines.end(), " => No. of sites:   48"), lines.end());
-  int labelled = 0;
-  for (const char* label : {" -> Fe1_1 ", " -> Fe9_1 ", " -> Fe10_1", " -> Fe48_1"}) {
-    labelled += std::any_of(lines.begin(), lines.end(),
-                            [&](const std::string& l) { return l.rfind(label, 0) == 0; });
-  }
-  EXPECT_EQ(labelled, 4);
-}
 
 // A malformed layout or more items than a layout takes is an internal error: the run ends with
 // a message, and nothing is thrown past it.

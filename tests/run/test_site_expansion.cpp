@@ -84,29 +84,6 @@ TEST(Genatoms, GeneralPositionGivesOneAtomPerOperatorInAll230Groups) {
   }
 }
 
-TEST(Genatoms, LabelsTextsAndTheFirstAtom) {
-  Run_Tolerance tol;
-  Run_State rs = state_after_kvec("221", Vec3{0, 0, 0});  // P m -3 m, 48 operators
-  const Vec3 xt{0.1F, 0.2F, 0.3F};
-  genatoms(rs, 0, "Mn1  ", xt, 1);
-  const Site& site = rs.sv.sites[0];
-  ASSERT_EQ(site.mult, 48);
-  EXPECT_EQ(site.atom[0], "Mn1_1   ");
-  EXPECT_EQ(site.atom[8], "Mn1_9   ");
-  EXPECT_EQ(site.atom[9], "Mn1_10  ");
-  EXPECT_EQ(site.atom[47], "Mn1_48  ");
-  expect_near(site.x[0], xt);
-  EXPECT_EQ(site.symstr[0].size(), 60u);
-  EXPECT_EQ(site.symstr[0].substr(0, 18), "(x,y,z) + (0,0,0) ");
-  EXPECT_EQ(site.symms[0].substr(0, 6), "x,y,z ");
-  // A special position of m-3m: (0,0,0) is one atom.
-  genatoms(rs, 0, "O", Vec3{0, 0, 0}, 2);
-  EXPECT_EQ(rs.sv.sites[1].mult, 1);
-  // (x,0,0) has six images.
-  genatoms(rs, 0, "O", Vec3{0.2F, 0, 0}, 3);
-  EXPECT_EQ(rs.sv.sites[2].mult, 6);
-}
-
 TEST(Genatoms, ImagesOutsideTheCellWithAndWithoutCel) {
   Run_Tolerance tol;
   Run_State rs;

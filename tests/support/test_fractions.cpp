@@ -37,11 +37,6 @@ TEST(Fractions, TranslationTolerance) {
   EXPECT_EQ(frac_trans_1dig({0.4999F, -0.9995F, 0.1667F}), "(1/2,-1,1/6)");
 }
 
-TEST(Fractions, TranslationOverflowGivesAsterisks) {
-  // 100 does not fit the two columns behind the "+".
-  EXPECT_EQ(frac_trans_1dig({100.0F, 0.0F, -1000.0F}), "(**,0,***)");
-}
-
 TEST(Fractions, SignedValues) {
   EXPECT_EQ(get_fraction_2dig(1.0F / 24.0F), "+1/24");
   EXPECT_EQ(get_fraction_2dig(-0.5F), "-1/2");
@@ -54,14 +49,6 @@ TEST(Fractions, SignedValues) {
   // No fraction with terms up to 24: four decimals with the sign.
   EXPECT_EQ(get_fraction_2dig(0.123456F), "+0.1235");
   EXPECT_EQ(get_fraction_2dig(-0.123456F), "-0.1235");
-}
-
-TEST(Fractions, SignedValueTolerance) {
-  ToleranceGuard guard;
-  EXPECT_EQ(get_fraction_2dig(0.333F), "+0.3330");
-  set_epsg_sp(0.002F);
-  EXPECT_EQ(get_fraction_2dig(0.333F), "+1/3");
-  EXPECT_EQ(get_fraction_2dig(-0.9991F), "-1");
 }
 
 TEST(Fractions, ReadFractionText) {

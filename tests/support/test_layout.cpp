@@ -89,38 +89,6 @@ TEST(Layout, FixedPointRoundsExactValueHalvesAway) {
   EXPECT_EQ(sput("f8.5", 2.0 / 3.0), " 0.66667");
 }
 
-TEST(Layout, TextFields) {
-  EXPECT_EQ(format_layout("a", make_items(" x  ")), " x  \n");  // trailing blanks stay
-  EXPECT_EQ(sput("a5", "abc"), "  abc");
-  EXPECT_EQ(sput("a2", "abc"), "ab");  // a longer text is cut, never starred
-  EXPECT_EQ(sput("a3", "abc"), "abc");
-  EXPECT_EQ(sput("2a", "ab", 'c'), "abc");
-  // A number in a text field is written in its natural form, asterisks when too wide.
-  EXPECT_EQ(sput("a", 12), "12");
-  EXPECT_EQ(sput("a", -7), "-7");
-  EXPECT_EQ(sput("a5", 12), "   12");
-  EXPECT_EQ(sput("a3", 12345), "***");
-  EXPECT_EQ(sput("a", 1.5f), "1.50000000");
-  // A text in a numeric field keeps to the field's columns.
-  EXPECT_EQ(sput("i4", "ab"), "  ab");
-  EXPECT_EQ(sput("f3.1", "abcd"), "abc");
-  // Case and blanks of the layout do not matter.
-  EXPECT_EQ(sput(" A , 2X , I3 ", "p", 4), "p    4");
-}
-
-TEST(Layout, Positions) {
-  EXPECT_EQ(sput("a,3x,a", "ab", "c"), "ab   c");
-  EXPECT_EQ(sput("a,t6,a", "ab", "c"), "ab   c");  // c in column 6
-  // Going back writes over what stands there; the rest of the record stays.
-  EXPECT_EQ(sput("a,t2,a", "abcdef", "Z"), "aZcdef");
-  EXPECT_EQ(sput("a,t3,a", "abcd", "XYZW"), "abXYZW");
-  EXPECT_EQ(sput("a,t1,i2", "abcd", 7), " 7cd");
-  // A position field has effect only when something is written behind it.
-  EXPECT_EQ(format_layout("a,3x", make_items("ab")), "ab\n");
-  EXPECT_EQ(format_layout("a,t20", make_items("ab")), "ab\n");
-  EXPECT_EQ(format_layout("a,3x,i2", make_items("ab")), "ab\n");
-}
-
 TEST(Layout, RecordEnds) {
   EXPECT_EQ(format_layout("/,a", make_items("x")), "\nx\n");
   EXPECT_EQ(format_layout("a,/", make_items("x")), "x\n\n");

@@ -102,44 +102,6 @@ TEST(Svd, SingularValuesKnownByHand) {
   EXPECT_NEAR(w[2], d, 1e-12);
 }
 
-TEST(Svd, ErrorsAreReported) {
-  const char* dims = " => Physical dimensions of arguments in SVDcmp_dp are not compatible ";
-  std::vector<double> a(6, 1.0), w(3), v(9), w_short(2), v_short(4);
-  svdcmp_dp(a, 2, 3, w_short, v);
-  EXPECT_TRUE(err_mathgen);
-  EXPECT_EQ(err_mathgen_mess, dims);
-  svdcmp_dp(a, 2, 3, w, v_short);
-  EXPECT_EQ(err_mathgen_mess, dims);
-  svdcmp_dp(a, 3, 3, w, v);  // a holds 6 values, not 9
-  EXPECT_EQ(err_mathgen_mess, dims);
-  EXPECT_EQ(rank_dp(a, 3, 3, 1.0e-6), 0);
-  svdcmp_dp(a, 2, 3, w, v);  // cleared on entry
-  EXPECT_FALSE(err_mathgen);
-  a = {1, 2, 3, 4, std::numeric_limits<double>::quiet_NaN(), 6};  // cannot converge
-  svdcmp_dp(a, 2, 3, w, v);
-  EXPECT_TRUE(err_mathgen);
-  EXPECT_EQ(err_mathgen_mess, " => SVDcmp_dp: convergence not reached ! ");
-}
-
-TEST(Rank, CountsSingularValuesStrictlyAboveTolerance) {
-  const std::vector<double> a = low_rank_matrix(6, 5, 3, 7);
-  EXPECT_EQ(rank_dp(a, 6, 5, 1.0e-6), 3);
-  EXPECT_EQ(a, low_rank_matrix(6, 5, 3, 7));  // not changed
-  EXPECT_EQ(rank_dp(low_rank_matrix(3, 8, 2, 8), 3, 8, 1.0e-6), 2);
-  EXPECT_EQ(rank_dp(random_matrix(4, 4, 9), 4, 4, 1.0e-6), 4);
-  const std::vector<double> d = {1.0, 0.0, 0.0, 1.0e-6};
-  EXPECT_EQ(rank_dp(d, 2, 2, 1.0e-6), 1);
-  EXPECT_EQ(rank_dp(d, 2, 2, 0.99e-6), 2);
-}
-
-TEST(Pythag, HypotenuseWithoutOverflow) {
-  EXPECT_DOUBLE_EQ(pythag_dp(3.0, 4.0), 5.0);
-  EXPECT_DOUBLE_EQ(pythag_dp(-4.0, -3.0), 5.0);
-  EXPECT_DOUBLE_EQ(pythag_dp(0.0, -7.0), 7.0);
-  EXPECT_DOUBLE_EQ(pythag_dp(1.0e200, 1.0e200), std::sqrt(2.0) * 1.0e200);
-  EXPECT_EQ(pythag_dp(0.0, 0.0), 0.0);
-}
-
 using CVec = std::vector<Complex>;
 
 bool dependent(const CVec& a, const CVec& b, int b_rows, int nb, int mb) {
@@ -183,32 +145,6 @@ TEST(LinearDependence, MirrorCaseAndEarlyAnswers) {
   EXPECT_TRUE(dependent({{1, 0}, {0, 0}, {0, 0}}, CVec(9), 3, 3, 3));
   // Two components and three columns: dependent at once.
   EXPECT_TRUE(dependent({{1, 0}, {0, 1}}, CVec(6), 2, 2, 3));
-}
-
-TEST(LinearDependence, DimensionErrors) {
-  const char* dims = " Linear_DependentC: Error in dimension of input matrix or vector";
-  const CVec a(4, Complex(1, 0)), b(8, Complex(0, 1));
-  struct Case {
-    int na, b_rows, b_cols, nb, mb;
-    std::size_t b_size;
-    const char* message;
-  };
-  const Case cases[] = {
-      {4, 4, 2, 5, 2, 8, dims},  // fewer rows than nb
-      {4, 4, 2, 4, 3, 8, dims},  // fewer columns than mb
-      {4, 4, 2, 4, 2, 7, dims},  // storage shorter than b_rows x b_cols
-      {5, 5, 1, 5, 1, 5, dims},  // a shorter than na
-      {3, 4, 2, 4, 2, 8, " Linear_DependentC: input dimension of vector incompatible with matrix"},
-  };
-  for (const Case& c : cases) {
-    bool info = false;
-    const auto bs = std::span(b).first(c.b_size);
-    linear_dependentc(a, c.na, bs, c.b_rows, c.b_cols, c.nb, c.mb, info);
-    EXPECT_TRUE(info);
-    EXPECT_TRUE(err_mathgen);
-    EXPECT_EQ(err_mathgen_mess, c.message);
-  }
-  EXPECT_FALSE(dependent({{1, 0}, {0, 0}, {0, 0}, {0, 0}}, b, 4, 4, 1));  // clears the flag
 }
 
 // The growing span decides as the whole work matrix does: candidates that are independent,

@@ -141,15 +141,6 @@ TEST(ListRead, ShortLineIsAFailure) {
   EXPECT_EQ(f, (std::array<float, 3>{1.0f, 0.0f, 0.0f}));
 }
 
-TEST(ListRead, TabIsAnOrdinaryCharacter) {
-  int i = 0, j = 0;
-  EXPECT_FALSE(read_list("1\t2", i));
-  EXPECT_FALSE(read_list("1\t2", i, j));
-  std::string s;
-  EXPECT_TRUE(read_list("a\tb c", s));
-  EXPECT_EQ(s, "a\tb");
-}
-
 TEST(ListRead, QuotedTexts) {
   std::string a, b;
   EXPECT_TRUE(read_list("'a b, c' x", a, b));

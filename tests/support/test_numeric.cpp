@@ -101,56 +101,5 @@ TEST(Numeric, ReductionIntoTheCell) {
   EXPECT_TRUE(modulo_lat(std::vector<float>{}).empty());
 }
 
-TEST(Numeric, EqualityOfLeadingBlocks) {
-  const Mat3i a = {{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
-  Mat3i b = a;
-  b[2][2] = -1;
-  EXPECT_TRUE(equal_matrix_i(a, b, 2));
-  EXPECT_FALSE(equal_matrix_i(a, b, 3));
-  EXPECT_TRUE(equal_matrix_i(a, b, 0));
-  EXPECT_TRUE(equal_matrix_i(a, b, -1));
-
-  const std::vector<int> u = {1, 2, 3};
-  const std::vector<int> v = {1, 2, 4};
-  EXPECT_TRUE(equal_vector_i(u, v, 2));
-  EXPECT_FALSE(equal_vector_i(u, v, 3));
-  EXPECT_TRUE(equal_vector_i(u, v, 0));
-  EXPECT_FALSE(equal_vector_i(u, u, 4));  // beyond the vectors' length
-}
-
-TEST(Numeric, Determinants) {
-  // 1*(0-24) - 2*(0-20) + 3*(0-5) = 1
-  const Mat3i a = {{{1, 2, 3}, {0, 1, 4}, {5, 6, 0}}};
-  EXPECT_EQ(determ_a_i(a), 1);
-  // Exchanging two rows changes the sign.
-  const Mat3i swapped = {{{0, 1, 4}, {1, 2, 3}, {5, 6, 0}}};
-  EXPECT_EQ(determ_a_i(swapped), -1);
-  // A three-fold axis along [111] and the inversion.
-  EXPECT_EQ(determ_a_i(Mat3i{{{0, 0, 1}, {1, 0, 0}, {0, 1, 0}}}), 1);
-  EXPECT_EQ(determ_a_i(Mat3i{{{-1, 0, 0}, {0, -1, 0}, {0, 0, -1}}}), -1);
-
-  EXPECT_FLOAT_EQ(determ_a_r(Mat3r{{{2.0F, 0.0F, 0.0F}, {0.0F, 3.0F, 0.0F}, {0.0F, 0.0F, 0.5F}}}),
-                  3.0F);
-  // 0.5*(2*1-0*1) - 1*(1*1-0*0) + 0 = 0
-  EXPECT_FLOAT_EQ(determ_a_r(Mat3r{{{0.5F, 1.0F, 0.0F}, {1.0F, 2.0F, 0.0F}, {0.0F, 1.0F, 1.0F}}}),
-                  0.0F);
-}
-
-TEST(Numeric, Traces) {
-  EXPECT_EQ(trace_i(Mat3i{{{1, 9, 9}, {9, -2, 9}, {9, 9, 4}}}), 3);
-  EXPECT_FLOAT_EQ(trace_r(Mat3r{{{0.5F, 9, 9}, {9, 0.25F, 9}, {9, 9, 1}}}), 1.75F);
-  // A 2x3 matrix, row by row: a(1,1) + a(2,2) = 1 + 5.
-  const std::vector<int> m23 = {1, 2, 3, 4, 5, 6};
-  EXPECT_EQ(trace_i(m23, 2, 3), 6);
-  // The same storage as a 3x2 matrix: a(1,1) + a(2,2) = 1 + 4.
-  EXPECT_EQ(trace_i(m23, 3, 2), 5);
-  EXPECT_EQ(trace_i(std::vector<int>{}, 0, 0), 0);
-  const std::vector<float> r23 = {0.5F, 7.0F, 7.0F, 7.0F, 1.5F, 7.0F};
-  EXPECT_FLOAT_EQ(trace_r(r23, 2, 3), 2.0F);
-  EXPECT_FLOAT_EQ(trace_r(r23, 0, 3), 0.0F);
-  // Storage shorter than the dimensions claim is never read past its end.
-  EXPECT_EQ(trace_i(std::vector<int>{1, 2, 3, 4}, 3, 3), 1);
-}
-
 }  // namespace
 }  // namespace velmoria

@@ -9,37 +9,6 @@
 namespace velmoria {
 namespace {
 
-TEST(Text, FixedWidthHelpers) {
-  EXPECT_EQ(trim("  P 21 3   "), "  P 21 3");
-  EXPECT_EQ(trim("    "), "");
-  EXPECT_EQ(len_trim("ab  "), 2U);
-  EXPECT_EQ(adjustl("  ab "), "ab   ");
-  EXPECT_EQ(adjustl("   "), "   ");
-  EXPECT_EQ(fixed("Fe1", 5), "Fe1  ");
-  EXPECT_EQ(fixed("Fe1_long", 5), "Fe1_l");
-  EXPECT_TRUE(same_text("P -1", "P -1      "));
-  EXPECT_FALSE(same_text("P -1", " P -1"));
-  EXPECT_TRUE(same_text("", "   "));
-  EXPECT_TRUE(is_blank("    "));
-  EXPECT_FALSE(is_blank("\t"));  // a tab is no blank
-}
-
-TEST(Text, CaseChangesOnlyLetters) {
-  EXPECT_EQ(u_case("p 21/c, x+1/2; z"), "P 21/C, X+1/2; Z");
-  EXPECT_EQ(l_case("X,-Y,Z+1/2 "), "x,-y,z+1/2 ");
-  std::string s = "kvec 0.5";
-  ucase(s);
-  EXPECT_EQ(s, "KVEC 0.5");
-}
-
-TEST(Text, PackStringRemovesEveryBlank) {
-  // The result is as long as the trimmed input: the packed text behind blanks.
-  EXPECT_EQ(pack_string("x, y"), "x,y ");
-  EXPECT_TRUE(same_text(pack_string("x, y"), "x,y"));
-  EXPECT_EQ(pack_string("  -x + 1/2   "), "-x+1/2    ");  // 10 columns up to the 2
-  EXPECT_EQ(pack_string("    "), "");
-}
-
 TEST(Text, CutFirstWord) {
   int n1 = -1;
   int n2 = -1;
@@ -172,22 +141,6 @@ TEST(Text, GetnumNeverStoresPastItsArrays) {
 
   getnum("1 2", nullptr, nullptr, 5, iv);
   EXPECT_EQ(iv, 2);
-}
-
-TEST(Text, NumberOfLines) {
-  EXPECT_EQ(number_lines(""), 0);
-  EXPECT_EQ(number_lines("\n"), 1);
-  EXPECT_EQ(number_lines("TITLE a\n\nSPGR P 1\n"), 3);  // a blank line counts
-  EXPECT_EQ(number_lines("TITLE a\n\nSPGR P 1"), 3);    // a last line without line feed
-  EXPECT_EQ(number_lines(std::string(300, 'x') + "\nKVEC 0 0 0\n"), 2);
-
-  const std::string content = "TITLE a\n\n   end of data\nATOM Fe\n";
-  EXPECT_EQ(number_lines(content, "END"), 2);
-  EXPECT_EQ(number_lines(content, "End of"), 2);
-  EXPECT_EQ(number_lines(content, "ENDS"), 4);
-  EXPECT_EQ(number_lines(content, "TITLE"), 0);
-  // Only the first 256 characters of a line are seen.
-  EXPECT_EQ(number_lines(std::string(260, ' ') + "END\nx\n", "END"), 2);
 }
 
 TEST(Text, CoefficientsOfAnOperatorComponent) {

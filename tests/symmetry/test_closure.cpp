@@ -57,23 +57,6 @@ Gener_Result gener(const std::vector<std::string>& texts) {
   return r;
 }
 
-TEST(Closure, NoGeneratorsOrIdentityGiveTheIdentity) {
-  for (const auto& list : {std::vector<std::string>{}, std::vector<std::string>{"x,y,z"}}) {
-    const Gener_Result r = gener(list);
-    EXPECT_FALSE(err_symm);
-    EXPECT_EQ(r.ng, 1);
-    EXPECT_EQ(r.num_g, 0);
-    EXPECT_EQ(r.icentre, 1);
-    EXPECT_EQ(r.ibravl, 1);
-    EXPECT_EQ(r.lat_letter, "P");
-    EXPECT_EQ(r.latsy, "aP");
-    EXPECT_EQ(r.isystem, 1);
-    EXPECT_EQ(nlat, 1);
-    expect_ops(r.ops, r.ng, {"x,y,z"});
-    EXPECT_EQ(r.ops.ss.size(), 1u);
-  }
-}
-
 TEST(Closure, OrderOfTheReducedSetFollowsGeneratorsThenProducts) {
   const Gener_Result r = gener({"-x+1/2,-y,z+1/2", "-x,y+1/2,-z+1/2"});
   EXPECT_FALSE(err_symm);
@@ -148,74 +131,6 @@ TEST(Closure, CentreOfSymmetryOnAndOffTheOrigin) {
   EXPECT_FLOAT_EQ(r.co[1], 0.0f);
   EXPECT_FLOAT_EQ(r.co[2], 0.0f);
   EXPECT_EQ(r.ng, 2);
-}
-
-TEST(Closure, RepeatedAndOppositeGenerators) {
-  Gener_Result r = gener({"-x,y,-z", "-x,y,-z"});
-  EXPECT_EQ(r.num_g, 1);
-  EXPECT_EQ(r.ng, 2);
-  EXPECT_EQ(r.ibravl, 1);
-
-  // The same rotation with another translation becomes the pure translation t + u.
-  r = gener({"-x,y,-z", "-x+1/2,y+1/2,-z"});
-  EXPECT_EQ(r.num_g, 1);
-  EXPECT_EQ(r.ibravl, 4);
-
-  // A rotation and its negative make -1.
-  r = gener({"-x,-y,z", "x,y,-z"});
-  EXPECT_EQ(r.icentre, 2);
-  EXPECT_EQ(r.num_g, 1);
-  EXPECT_EQ(r.ng, 2);
-}
-
-TEST(Closure, InversionFromProductsHalvesTheTable) {
-  Gener_Result r = gener({"x,y,-z", "-x,-y,z"});
-  EXPECT_FALSE(err_symm);
-  EXPECT_EQ(r.ng, 2);
-  EXPECT_EQ(r.icentre, 2);
-  expect_ops(r.ops, r.ng, {"x,y,z", "x,y,-z"});
-
-  // A fourfold axis and a mirror normal to it: the first half holds g and -g all the same.
-  r = gener({"-y,x,z", "x,y,-z"});
-  EXPECT_FALSE(err_symm);
-  EXPECT_EQ(r.ng, 4);
-  EXPECT_EQ(r.icentre, 2);
-  expect_ops(r.ops, r.ng, {"x,y,z", "-y,x,z", "x,y,-z", "-x,-y,z"});
-}
-
-TEST(Closure, TableOverflow) {
-  // m-3m without -1 among the generators passes 24 entries in the products.
-  gener({"-y,x,z", "z,x,y", "x,y,-z"});
-  EXPECT_TRUE(err_symm);
-  EXPECT_EQ(err_symm_mess, " Dimension of Table exceeded (II): 25");
-
-  // The 23 rotations of 432 with a translation of 1/12: the powers overflow.
-  std::vector<std::string> texts;
-  Ops ops;
-  for (int k = 1; k < 24; ++k) {
-    ops.ss.push_back(mod6[static_cast<std::size_t>(k)]);
-    ops.ts.push_back(Vec3{1.0f / 12.0f, 0.0f, 0.0f});
-  }
-  int isystem = 0, icentre = 0, ibravl = 0, num_g = 0;
-  int ng = 23;
-  std::string latsy, letter;
-  Vec3 co{};
-  init_err_symm();
-  get_so_from_gener(isystem, icentre, ibravl, ng, ops.ss, ops.ts, latsy, co, num_g, letter);
-  EXPECT_TRUE(err_symm);
-  EXPECT_EQ(err_symm_mess, " Dimension of Table exceeded (I)");
-
-  // The 23 rotations without translation close into 432: exactly 24 entries.
-  for (auto& t : ops.ts) t = Vec3{0, 0, 0};
-  ops.ss.clear();
-  for (int k = 1; k < 24; ++k) ops.ss.push_back(mod6[static_cast<std::size_t>(k)]);
-  ng = 23;
-  init_err_symm();
-  get_so_from_gener(isystem, icentre, ibravl, ng, ops.ss, ops.ts, latsy, co, num_g, letter);
-  EXPECT_FALSE(err_symm);
-  EXPECT_EQ(ng, 24);
-  EXPECT_EQ(latsy, "cP");
-  EXPECT_EQ(isystem, 7);
 }
 
 TEST(Closure, FixAnalysesACompleteList) {

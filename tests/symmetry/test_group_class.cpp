@@ -296,37 +296,5 @@ TEST(Searchop, SignedRowsAndErrors) {
   EXPECT_FALSE(err_symm);
 }
 
-TEST(NameTables, LaueAndPointGroupTexts) {
-  std::string text = "keep";
-  get_laue_str(1, text);
-  EXPECT_FALSE(err_symm);
-  EXPECT_EQ(text, "-1   ");
-  get_laue_str(12, text);
-  EXPECT_EQ(text, "6/mmm");
-  get_laue_str(16, text);
-  EXPECT_EQ(text, "m3m  ");
-  text = "keep";
-  for (const int bad : {0, 17, -3}) {
-    get_laue_str(bad, text);
-    EXPECT_TRUE(err_symm);
-    EXPECT_EQ(err_symm_mess, " Laue Number Incorrect");
-    EXPECT_EQ(text, "keep");
-  }
-  get_pointgroup_str(1, text);
-  EXPECT_FALSE(err_symm);
-  EXPECT_EQ(text, "1    ");
-  get_pointgroup_str(38, text);
-  EXPECT_EQ(text, "-43m ");
-  get_pointgroup_str(41, text);
-  EXPECT_EQ(text, "m3m  ");
-  text = "keep";
-  for (const int bad : {0, 42, 100}) {
-    get_pointgroup_str(bad, text);
-    EXPECT_TRUE(err_symm);
-    EXPECT_EQ(err_symm_mess, " Point Group Number Incorrect");
-    EXPECT_EQ(text, "keep");
-  }
-}
-
 }  // namespace
 }  // namespace velmoria

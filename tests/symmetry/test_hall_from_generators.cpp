@@ -34,54 +34,6 @@ Named from_generators(const std::vector<std::string>& gens) {
   return n;
 }
 
-TEST(HallFromGenerators, TriclinicGroups) {
-  // The identity alone.
-  Named n = from_generators({"x,y,z"});
-  ASSERT_FALSE(err_symm) << err_symm_mess;
-  EXPECT_EQ(n.written, " P 1");
-  EXPECT_EQ(n.g.num_spg, 1);
-  EXPECT_EQ(n.g.spg_symb, "P 1");
-  EXPECT_EQ(n.g.hall, "P 1");
-  EXPECT_EQ(n.g.setting, "Tabulated Setting");
-  // P -1 from the inversion alone: the reduced set is the identity.
-  n = from_generators({"-x,-y,-z"});
-  ASSERT_FALSE(err_symm) << err_symm_mess;
-  EXPECT_EQ(n.written, "-P 1");
-  EXPECT_EQ(n.g.num_spg, 2);
-  EXPECT_EQ(n.g.spg_symb, "P -1");
-  EXPECT_EQ(n.g.laue, "-1");
-  EXPECT_EQ(n.g.info, "");
-}
-
-TEST(HallFromGenerators, MonoclinicAndOrthorhombicGroups) {
-  // P 21/c with the centre at the origin: the axis y is written for the first generator.
-  Named n = from_generators({"-x,y+1/2,-z+1/2", "-x,-y,-z"});
-  ASSERT_FALSE(err_symm) << err_symm_mess;
-  EXPECT_EQ(n.written, "-P 2ybc");
-  EXPECT_EQ(n.g.num_spg, 14);
-  EXPECT_EQ(n.g.hall, "-P 2ybc");
-  EXPECT_EQ(n.g.setting, "Tabulated Setting");
-  EXPECT_EQ(n.g.info, "b1");
-  EXPECT_EQ(n.g.crystal_sys, "Monoclinic");
-  // The orthorhombic twofold axes: z first, x second, y never written.
-  n = from_generators({"-x+1/2,-y,z+1/2", "-x,y+1/2,-z+1/2"});
-  ASSERT_FALSE(err_symm) << err_symm_mess;
-  EXPECT_EQ(n.written, " P 2ac 2ab");
-  EXPECT_EQ(n.g.num_spg, 19);
-  EXPECT_EQ(n.g.spg_symb, "P 21 21 21");
-  // The I-centred groups come out in the table's form by the reduction to the lattice.
-  n = from_generators({"-x+1/2,-y,z+1/2", "-x,y+1/2,-z+1/2", "x+1/2,y+1/2,z+1/2"});
-  ASSERT_FALSE(err_symm) << err_symm_mess;
-  EXPECT_EQ(n.written, " I 2b 2c");
-  EXPECT_EQ(n.g.num_spg, 24);
-  // P m m m: the special positions of the table row come with the name (a to z).
-  n = from_generators({"-x,-y,z", "x,-y,-z", "-x,-y,-z"});
-  ASSERT_FALSE(err_symm) << err_symm_mess;
-  EXPECT_EQ(n.written, "-P 2 2");
-  EXPECT_EQ(n.g.spg_symb, "P m m m");
-  EXPECT_EQ(n.g.wyckoff.num_orbit, 26);
-}
-
 TEST(HallFromGenerators, CentreOffTheOrigin) {
   // P 4/n, origin choice 1: -1 at (1/4,1/4,0) is written as the item -1ab, behind the fourfold
   // axis.
@@ -91,44 +43,6 @@ TEST(HallFromGenerators, CentreOffTheOrigin) {
   EXPECT_EQ(n.written, " P 4ab -1ab");
   EXPECT_EQ(n.g.num_spg, 85);
   EXPECT_EQ(n.g.info, "1");
-}
-
-TEST(HallFromGenerators, TrigonalAndHexagonalGroups) {
-  // Translations of 1/3 and 2/3 along a threefold axis are written as screw digits.
-  Named n = from_generators({"-y,x-y,z+1/3"});
-  ASSERT_FALSE(err_symm) << err_symm_mess;
-  EXPECT_EQ(n.written, " P 31");
-  EXPECT_EQ(n.g.num_spg, 144);
-  n = from_generators({"-y,x-y,z+2/3"});
-  EXPECT_EQ(n.written, " P 32");
-  EXPECT_EQ(n.g.num_spg, 145);
-  // The twofold axes ' and " behind a threefold axis: " is written, ' is not.
-  n = from_generators({"-y,x-y,z", "y,x,-z"});
-  EXPECT_EQ(n.written, " P 3 2\"");
-  EXPECT_EQ(n.g.spg_symb, "P 3 2 1");
-  n = from_generators({"-y,x-y,z", "-y,-x,-z"});
-  EXPECT_EQ(n.written, " P 3 2");
-  EXPECT_EQ(n.g.spg_symb, "P 3 1 2");
-  // Behind a sixfold axis the ' axis with z comes second and its character is left out; the "
-  // one goes.
-  n = from_generators({"x-y,x,z", "-y,-x,-z"});
-  ASSERT_FALSE(err_symm) << err_symm_mess;
-  EXPECT_EQ(n.written, " P 6 2");
-  EXPECT_EQ(n.g.num_spg, 177);
-  n = from_generators({"x-y,x,z+1/2", "-x,-y,-z"});
-  EXPECT_EQ(n.written, "-P 6c");
-  EXPECT_EQ(n.g.spg_symb, "P 63/m");
-}
-
-TEST(HallFromGenerators, CubicGroups) {
-  Named n = from_generators({"-x,-y,z", "x,-y,-z", "z,x,y"});
-  ASSERT_FALSE(err_symm) << err_symm_mess;
-  EXPECT_EQ(n.written, " P 2 2 3");
-  EXPECT_EQ(n.g.num_spg, 195);
-  n = from_generators({"-y,x,z", "z,x,y", "-x,-y,-z", "x+1/2,y+1/2,z", "x,y+1/2,z+1/2"});
-  ASSERT_FALSE(err_symm) << err_symm_mess;
-  EXPECT_EQ(n.written, "-F 4 2 3");
-  EXPECT_EQ(n.g.spg_symb, "F m -3 m");
 }
 
 TEST(HallFromGenerators, GroupsTheRulesDoNotName) {

@@ -88,26 +88,6 @@ TEST(Listing, WholeListingsOfPMinus1AndP21c) {
   testing::expect_same_lines("P 21/c", out, testing::data_file("listing_p21c_full.txt"));
 }
 
-TEST(Listing, CentringVectorsTwoToALine) {
-  Space_Group_Type g = p_minus_1();
-  g.spg_lat = 'F';
-  g.num_lat = 4;
-  g.latt_trans = {Vec3{0, 0, 0}, Vec3{0, 0.5f, 0.5f}, Vec3{0.5f, 0, 0.5f}, Vec3{0.5f, 0.5f, 0}};
-  std::string out;
-  write_spacegroup(g, out, true);
-  std::vector<std::string> lines = lines_of(out);
-  auto it = std::find(lines.begin(), lines.end(), " => Centring vectors:  3");
-  ASSERT_NE(it, lines.end());
-  ASSERT_LT(it + 2, lines.end());
-  std::string first = " => Latt( 1): (0,1/2,1/2)";
-  first += blanks(50 - first.size());
-  first += " => Latt( 2): (1/2,0,1/2)";
-  EXPECT_EQ(it[1], first + blanks(100 - first.size()));
-  std::string second = " => Latt( 3): (1/2,1/2,0)";
-  EXPECT_EQ(it[2], second + blanks(100 - second.size()));
-  EXPECT_EQ(it[3], "");  // the blank line before the operators
-}
-
 TEST(Listing, ZLatticeAndCentreOffOrigin) {
   Space_Group_Type g = p_minus_1();
   g.spg_lat = 'Z';
@@ -126,20 +106,6 @@ TEST(Listing, ZLatticeAndCentreOffOrigin) {
   EXPECT_EQ(it[2], entry + blanks(100 - entry.size()));
   EXPECT_EQ(it[3], "");
   EXPECT_EQ(it[4], " => List of S.O. without inversion and lattice centring translations");
-}
-
-TEST(Listing, ShortListTwoOperatorsToALine) {
-  Space_Group_Type g = p_21_c();
-  g.num_ops = 3;
-  g.symop_symb[2] = "-x,-y,z";
-  std::string out;
-  write_spacegroup(g, out);
-  std::vector<std::string> lines = lines_of(out);
-  ASSERT_GE(lines.size(), 2u);
-  std::string first = " => SYMM(  1): x,y,z";
-  first += blanks(50 - first.size()) + " => SYMM(  2): -x,y+1/2,-z+1/2";
-  EXPECT_EQ(lines[lines.size() - 2], first);
-  EXPECT_EQ(lines.back(), " => SYMM(  3): -x,-y,z");
 }
 
 TEST(Listing, DegenerateRecordsDoNotOverrun) {

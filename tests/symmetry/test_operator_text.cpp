@@ -132,17 +132,6 @@ TEST(ReadXsym, BadTextSetsErrorsWithoutCrash) {
   expect_vec(tr, 0, 0, 1.0f);
 }
 
-TEST(ReadXsym, RealMatrixVariant) {
-  Mat3r w{};
-  Vec3 t{};
-  read_xsym("x,2x,1/4", 1, w, t, false);
-  EXPECT_FALSE(err_symm);
-  EXPECT_EQ(w[0][0], 1.0f);
-  EXPECT_EQ(w[1][0], 2.0f);
-  EXPECT_EQ(w[2][0], 0.0f);
-  expect_vec(t, 0, 0, 0.25f);
-}
-
 TEST(CheckGenerator, AcceptsOperatorsAndNamesElements) {
   std::string kind;
   EXPECT_TRUE(check_generator("x+1/2,-y+1/4,z", &kind));
@@ -182,16 +171,6 @@ TEST(CheckGenerator, RefusesBadMatrices) {
   EXPECT_FALSE(check_generator(std::string(300, ',')));
 }
 
-TEST(GetSymsymbi, WritesLettersThenConstant) {
-  EXPECT_EQ(get_symsymbi(identity, {0, 0, 0}), "x,y,z");
-  EXPECT_EQ(get_symsymbi({{{-1, 0, 0}, {0, 1, 0}, {0, 0, 1}}}, {0.5f, 0, 0.25f}), "-x+1/2,y,z+1/4");
-  EXPECT_EQ(get_symsymbi({{{1, -1, 0}, {1, 0, 0}, {0, 0, 1}}}, {0, 0, 0.5f}), "x-y,x,z+1/2");
-  EXPECT_EQ(get_symsymbi({{{2, -1, 0}, {0, 0, 1}, {-1, 0, 0}}}, {0, 0, 0}), "2x-y,z,-x");
-  EXPECT_EQ(get_symsymbi({{{-1, 0, 0}, {0, -1, 0}, {0, 0, -1}}}, {-0.25f, 1.0f, 0.0001f}),
-            "-x-1/4,-y+1,-z");
-  EXPECT_EQ(get_symsymbi(identity, {1.0f / 12, 5.0f / 24, 0}), "x+1/12,y+5/24,z");
-}
-
 TEST(GetSymsymbi, RoundTripThroughReadXsym) {
   const std::vector<float> shifts = {0.0f,     0.5f,     0.25f,    0.75f,
                                      1.0f / 3, 2.0f / 3, 1.0f / 6, 5.0f / 6};
@@ -210,19 +189,6 @@ TEST(GetSymsymbi, RoundTripThroughReadXsym) {
       for (int i = 0; i < 3; ++i) EXPECT_NEAR(tback[i], t[i], 1e-5f) << text;
     }
   }
-}
-
-TEST(GetSymsymbr, RealCoefficients) {
-  const Mat3r half{{{0.5f, 0.5f, 0}, {0, 1, 0}, {0, 0, 0}}};
-  EXPECT_EQ(get_symsymbr(half, {0, 0, 0.25f}), "x/2+y/2,y,1/4");
-  EXPECT_EQ(get_symsymbr({{{1, 0, 0}, {0, 1, 0}, {0, 0, 0}}}, {0.5f, 0, 0.25f}), "x+1/2,y,1/4");
-  EXPECT_EQ(get_symsymbr(Mat3r{}, {0, 0, 0.5f}), "0,0,1/2");
-  EXPECT_EQ(get_symsymbr(Mat3r{}, {-0.25f, 0, 0}), "-1/4,0,0");
-  EXPECT_EQ(get_symsymbr({{{2.0f / 3, 0, 0}, {0, -0.5f, 0}, {1, -1, 0}}}, {0, 0, 0}),
-            "2x/3,-y/2,x-y");
-  EXPECT_EQ(get_symsymbr({{{-1, 2, 0}, {0, 0, -1}, {-1, 0, 1}}}, {0, 0.5f, 0}),
-            "-x+2y,-z+1/2,-x+z");
-  EXPECT_EQ(get_symsymbr({{{0.5f, -1.0f / 3, 0}, {0, 0, 0}, {0, 0, 0}}}, {0, 0, 0}), "x/2-y/3,0,0");
 }
 
 // The components of a text such as "(-Mx,-My, Mz)" or "(   -My, Mx-My, Mz)" as rows of a matrix.
@@ -245,22 +211,6 @@ Mat3i parse_moment_text(const std::string& text) {
     }
   }
   return m;
-}
-
-TEST(Decodmatmag, CubicAndHexagonalTexts) {
-  hexa = false;
-  EXPECT_EQ(decodmatmag(identity), "( Mx, My, Mz)      ");
-  EXPECT_EQ(decodmatmag(mod6[1]), "(-Mx,-My, Mz)      ");
-  EXPECT_EQ(decodmatmag(negated(identity)), "(-Mx,-My,-Mz)      ");
-  EXPECT_FALSE(err_symm);
-  hexa = true;
-  EXPECT_EQ(decodmatmag(mod6[25]), "(   -My, Mx-My, Mz)");
-  EXPECT_EQ(decodmatmag(negated(mod6[35])), "(-Mx   ,-Mx+My, Mz)");
-  EXPECT_EQ(decodmatmag(identity), "( Mx, My, Mz)      ");
-  EXPECT_FALSE(err_symm);
-  // Row 24 of the cube has no text on hexagonal axes.
-  EXPECT_EQ(decodmatmag(mod6[23]), std::string(19, ' '));
-  hexa = false;
 }
 
 TEST(Decodmatmag, TextIsTheMatrixActingOnTheMoment) {

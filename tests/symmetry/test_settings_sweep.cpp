@@ -87,6 +87,8 @@ TEST(SettingsSweep, EveryTabulatedSetting) {
     EXPECT_EQ(trim(laue_class[row.laue - 1]), laue) << label;
     const char letter = hall[0] == '-' ? hall[1] : hall[0];
     EXPECT_EQ(h.num_spg, row.n) << label;
+    EXPECT_EQ(trim(h.pg), pg) << label;
+    EXPECT_EQ(trim(h.laue), laue) << label;
     EXPECT_EQ(h.spg_lat, letter) << label;
     EXPECT_EQ(h.num_lat, lattice_points(letter)) << label;
     EXPECT_EQ(h.multip, (h.centred == 1 ? 1 : 2) * h.num_ops * h.num_lat) << label;

@@ -46,35 +46,6 @@ void expect_consistent(const Space_Group_Type& g, const std::string& label) {
   expect_closed_group(g, label);
 }
 
-TEST(SpacegroupSetup, NumberGoesByHallSymbolOfFirstRow) {
-  Space_Group_Type g;
-  set_spacegroup("14", g);
-  ASSERT_FALSE(err_symm) << err_symm_mess;
-  EXPECT_EQ(g.num_spg, 14);
-  EXPECT_EQ(g.spg_symb, "P 1 21/c 1");
-  EXPECT_EQ(g.hall, "-P 2ybc");
-  EXPECT_EQ(g.info, "b1");
-  EXPECT_EQ(g.setting, "Generated from Hall symbol");
-  EXPECT_EQ(g.crystal_sys, "Monoclinic");
-  EXPECT_EQ(g.laue, "2/m");
-  EXPECT_EQ(g.pg, "2/m");
-  EXPECT_EQ(g.spg_lat, 'P');
-  EXPECT_EQ(g.spg_latsy, "mP");
-  EXPECT_EQ(g.num_ops, 2);
-  EXPECT_EQ(g.centred, 2);
-  EXPECT_EQ(g.centre, "Centric (-1 at origin)");
-  EXPECT_EQ(g.num_lat, 1);
-  EXPECT_EQ(g.multip, 4);
-  EXPECT_EQ(g.num_gen, 1);
-  // Reduced set, then the inverted copies.
-  EXPECT_EQ(symbols_of(g),
-            (std::vector<std::string>{"x,y,z", "-x,y+1/2,-z+1/2", "-x,-y,-z", "x,-y+1/2,z+1/2"}));
-  EXPECT_FALSE(hexa);
-  // The symbol of the first row has no special positions in the table.
-  EXPECT_EQ(g.wyckoff.num_orbit, 0);
-  EXPECT_FLOAT_EQ(g.asym_unit[1][0], static_cast<float>(spgr_info()[0].asu[3]) / 24.0f);
-}
-
 TEST(SpacegroupSetup, OriginChoices) {
   Space_Group_Type g;
   set_spacegroup("227", g);
@@ -119,63 +90,6 @@ TEST(SpacegroupSetup, OriginChoices) {
   EXPECT_EQ(g.spg_symb, "P 1 21/c 1");
   set_spacegroup("14:2", g);
   EXPECT_EQ(g.spg_symb, "P 21/c");
-}
-
-TEST(SpacegroupSetup, SettingTextsOfTheRoads) {
-  Space_Group_Type g;
-  set_spacegroup("P 1", g);
-  ASSERT_FALSE(err_symm);
-  EXPECT_EQ(g.setting, "IT (Generated from Hermann-Mauguin symbol)");
-  EXPECT_EQ(g.multip, 1);
-  EXPECT_EQ(g.num_gen, 0);
-  for (const char* text : {"1", "1:1"}) {
-    set_spacegroup(text, g);
-    ASSERT_FALSE(err_symm);
-    EXPECT_EQ(g.setting, "Generated from Hall symbol") << text;
-    EXPECT_EQ(g.num_ops, 1) << text;
-    EXPECT_EQ(g.multip, 1) << text;
-    EXPECT_EQ(g.centred, 1) << text;
-  }
-  // One of the seven symbols that go by their Hall symbol.
-  set_spacegroup("P N M 21", g);
-  ASSERT_FALSE(err_symm);
-  EXPECT_EQ(g.setting, "Generated from Hall symbol");
-  EXPECT_EQ(g.num_spg, 31);
-  // The forced Hall reading of a tabulated symbol.
-  set_spacegroup("P 21/C", g, nullptr, std::nullopt, std::nullopt, true);
-  ASSERT_FALSE(err_symm);
-  EXPECT_EQ(g.setting, "Generated from Hall symbol");
-  EXPECT_EQ(g.spg_symb, "P 21/c");
-  EXPECT_EQ(g.num_ops, 2);
-}
-
-TEST(SpacegroupSetup, HallSymbols) {
-  Space_Group_Type g;
-  // A Hall symbol in no row: no number, no symbol, classes from the operators.
-  set_spacegroup("P 2 2c", g);
-  ASSERT_FALSE(err_symm) << err_symm_mess;
-  EXPECT_EQ(g.num_spg, 0);
-  EXPECT_TRUE(is_blank(g.spg_symb));
-  EXPECT_EQ(g.hall, "P 2 2C");
-  EXPECT_EQ(g.setting, "Generated from Hall symbol");
-  EXPECT_EQ(g.crystal_sys, "Orthorhombic");
-  EXPECT_EQ(g.laue, "mmm");
-  EXPECT_EQ(g.pg, "222");
-  EXPECT_EQ(g.num_ops, 4);
-  EXPECT_EQ(g.multip, 4);
-  EXPECT_EQ(g.wyckoff.num_orbit, 0);
-  EXPECT_EQ(g.asym_unit[1], (Vec3{1, 1, 1}));
-  expect_consistent(g, "P 2 2c");
-
-  // A Hall symbol of a row, in any case, takes the fields of that row.
-  set_spacegroup("p 2 -2", g);
-  ASSERT_FALSE(err_symm) << err_symm_mess;
-  EXPECT_EQ(g.num_spg, 25);
-  EXPECT_EQ(g.spg_symb, "P m m 2");
-  EXPECT_EQ(g.hall, "P 2 -2");
-  EXPECT_EQ(g.pg, "mm2");
-  EXPECT_EQ(g.num_ops, 4);
-  EXPECT_EQ(g.centred, 1);
 }
 
 TEST(SpacegroupSetup, GeneratorsInTheOrderOfTheClosure) {
@@ -284,37 +198,6 @@ TEST(SpacegroupSetup, FixedListStaysAsGiven) {
   EXPECT_EQ(g.centred, 0);
   EXPECT_EQ(g.centre_coord, (Vec3{0.25f, 0.25f, 0}));
   EXPECT_EQ(symbols_of(g), ops);
-}
-
-TEST(SpacegroupSetup, TabulatedGenerators) {
-  Space_Group_Type g;
-  set_spacegroup("14", g, nullptr, std::nullopt, "ITC");
-  ASSERT_FALSE(err_symm) << err_symm_mess;
-  EXPECT_EQ(g.setting, "Generated from explicit IT generators");
-  EXPECT_EQ(g.num_spg, 14);
-  EXPECT_EQ(g.multip, 4);
-  EXPECT_EQ(g.centred, 2);
-  expect_consistent(g, "ITC 14");
-
-  set_spacegroup("P 21/c", g, nullptr, std::nullopt, "ITC");
-  ASSERT_FALSE(err_symm) << err_symm_mess;
-  EXPECT_EQ(g.spg_symb, "P 21/c");
-  // Wyckoff a of P 21/c: 0,0,0 and its image under the screw axis, 0,1/2,1/2.
-  ASSERT_GE(g.wyckoff.num_orbit, 1);
-  const Wyckoff_Site_Type& a = g.wyckoff.orbit[0];
-  EXPECT_EQ(a.norb, 2);
-  EXPECT_EQ(a.multp, 2);
-  ASSERT_EQ(a.str_orbit.size(), 2u);
-  EXPECT_EQ(a.str_orbit[0], "0,0,0");
-  EXPECT_EQ(a.str_orbit[1], "0,1/2,1/2");
-
-  set_spacegroup("231", g, nullptr, std::nullopt, "ITC");
-  EXPECT_TRUE(err_symm);
-  EXPECT_EQ(err_symm_mess, " The number of the space group should be in the interval [1,230]");
-  set_spacegroup("Q 9", g, nullptr, std::nullopt, "ITC");
-  EXPECT_TRUE(err_symm);
-  EXPECT_EQ(err_symm_mess,
-            " Problems in SpaceGroup: Q 9 => the HM symbol or the number is incorrect ");
 }
 
 TEST(SpacegroupSetup, ErrorMessages) {

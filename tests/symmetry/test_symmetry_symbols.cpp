@@ -63,19 +63,6 @@ TEST(SymmetrySymbols, MirrorsAndGlides) {
   EXPECT_EQ(symmetry_symbol_str({{{1, 0, 0}, {0, 1, 0}, {0, 0, -1}}}, {-0.5f, 0, 0}), "m x,y,0");
 }
 
-TEST(SymmetrySymbols, HexagonalAxisIsDoubled) {
-  // x,x-y,-z: twofold axis along (2,1,0), found as x, x/2, 0 and written 2x,x,0.
-  EXPECT_EQ(symmetry_symbol_xyz("x,x-y,-z"), "2 2x,x,0");
-  EXPECT_EQ(get_string_resolv({0, 0, 0}, {1, 0.5f, 0}, {1, 1, 0}), "2x,x,0");
-}
-
-TEST(SymmetrySymbols, StringOfParametricTriple) {
-  EXPECT_EQ(get_string_resolv({0.25f, 0, 0.5f}, {0, 0, 0}, {0, 0, 0}), "1/4,0,1/2");
-  EXPECT_EQ(get_string_resolv({0, -0.5f, 0}, {1, 1, 1}, {1, 1, 3}), "x,x-1/2,z");
-  EXPECT_EQ(get_string_resolv({0, 0.25f, 0}, {1, -1, 0}, {1, 1, 0}), "x,-x+1/4,0");
-  EXPECT_EQ(get_string_resolv({-0.25f, 0, 0}, {0, 0, 0}, {0, 0, 0}), "-1/4,0,0");
-}
-
 // The tabulated symbol of a rotation, e.g. " 3+ (-x, x,-x)", written as this code writes
 // it: each free variable taken with its first occurrence positive, the sense of rotation
 // reversed with the direction of the axis, e.g. "3- x,-x,x".
@@ -141,41 +128,6 @@ TEST(SymmetrySymbols, AgreeWithTabulatedSymbolsOfHolohedries) {
       EXPECT_EQ(symmetry_symbol_str(s, {0, 0, 0}), expected) << "hexagonal entry " << n + 1;
     }
   }
-}
-
-TEST(SymmetrySymbols, KovalevNamesCubic) {
-  Hexa_Guard guard;
-  hexa = false;
-  std::string s = get_symkov({{{-1, 0, 0}, {0, -1, 0}, {0, 0, 1}}});
-  ASSERT_EQ(s.size(), 21u);
-  EXPECT_EQ(trim(adjustl(s.substr(0, 14))), "2 ( 0, 0, z)");
-  EXPECT_EQ(s.substr(14), " -> h4 ");
-  // x,y,-z is minus entry 2: the mirror of the second half of the tables.
-  s = get_symkov({{{1, 0, 0}, {0, 1, 0}, {0, 0, -1}}});
-  EXPECT_EQ(trim(adjustl(s.substr(0, 14))), "m ( x, y, 0)");
-  EXPECT_EQ(s.substr(14), " -> h28");
-  s = get_symkov({{{0, 0, 1}, {1, 0, 0}, {0, 1, 0}}});  // z,x,y
-  EXPECT_EQ(trim(adjustl(s.substr(0, 14))), "3+ ( x, x, x)");
-  EXPECT_EQ(s.substr(14), " -> h9 ");
-  EXPECT_FALSE(err_symm);
-}
-
-TEST(SymmetrySymbols, KovalevNamesHexagonal) {
-  Hexa_Guard guard;
-  hexa = true;
-  std::string s = get_symkov({{{-1, 0, 0}, {0, -1, 0}, {0, 0, -1}}});
-  EXPECT_EQ(s.substr(0, 14), " -1           ");
-  EXPECT_EQ(s.substr(14), " -> h13");
-  s = get_symkov({{{1, -1, 0}, {1, 0, 0}, {0, 0, 1}}});  // x-y,x,z
-  EXPECT_EQ(trim(adjustl(s.substr(0, 14))), "6+ ( 0, 0, z)");
-  EXPECT_EQ(s.substr(14), " -> h2 ");
-  // A cubic threefold axis is no operator of 6/mmm.
-  s = get_symkov({{{0, 0, 1}, {1, 0, 0}, {0, 1, 0}}});
-  EXPECT_TRUE(err_symm);
-  EXPECT_EQ(err_symm_mess,
-            " Try to re-write your S.O. using a rotational part identical to a S.O. of the space "
-            "group P 6/m m m");
-  EXPECT_TRUE(is_blank(s));
 }
 
 TEST(SymmetrySymbols, SolversPointLineAndPlane) {

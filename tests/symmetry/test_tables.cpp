@@ -58,36 +58,6 @@ TEST(SpaceGroupTables, RowBlocksMatchTheNumbersOfRotations) {
   }
 }
 
-// Point groups that the order alone does not tell apart, and the asymmetric units.
-TEST(SpaceGroupTables, HandCheckedRows) {
-  struct Row {
-    const char* hm;
-    const char* tag;
-    const char* pg;
-    std::array<int, 6> asu;
-  };
-  const std::array<Row, 10> rows{{{"P M C 21", "", "mm2", {}},
-                                  {"P 21 M A", "", "2mm", {}},
-                                  {"P B 21 M", "", "m2m", {}},
-                                  {"P 3 1 2", "", "312", {}},
-                                  {"I 2/M", "b3", "2/m", {0, 0, 0, 12, 6, 24}},
-                                  {"P -6 M 2", "", "-6m2", {}},
-                                  {"I -4 2 D", "", "-42m", {}},
-                                  {"P -1", "", "-1", {0, 0, 0, 12, 24, 24}},
-                                  {"F D -3 C", "2", "m-3m", {-3, -3, -6, 9, 0, 0}},
-                                  {"I A -3 D", "", "m-3m", {-3, -3, 0, 3, 3, 6}}}};
-  for (const Row& r : rows) {
-    const Spgr_Info_Type* found = nullptr;
-    for (const auto& row : spgr_info())
-      if (trim(row.hm) == r.hm && (*r.tag == 0 || trim(row.inf_extra) == r.tag)) found = &row;
-    ASSERT_NE(found, nullptr) << r.hm;
-    EXPECT_EQ(trim(point_group[found->pg - 1]), r.pg) << r.hm;
-    if (r.asu != std::array<int, 6>{}) {
-      EXPECT_EQ(found->asu, r.asu) << r.hm;
-    }
-  }
-}
-
 TEST(SpaceGroupTables, Mod6HoldsTheRotationGroupsOfCubeAndHexagon) {
   const auto check_group = [](int first, int last) {
     std::set<Mat3i> set(mod6.begin() + first - 1, mod6.begin() + last);
@@ -147,21 +117,6 @@ TEST(SpaceGroupTables, OperatorSymbolsAgreeWithTheMatrices) {
   };
   for (int k = 0; k < 48; ++k) check(intsymoh[k], kov_oh[k], mod6[k % 24], k >= 24);
   for (int k = 0; k < 24; ++k) check(intsymd6h[k], kov_d6h[k], mod6[24 + k % 12], k >= 12);
-}
-
-TEST(GetGenerators, ByNumberOrTabulatedSymbol) {
-  std::string by_number, by_symbol, first, g;
-  ASSERT_TRUE(get_generators("14", by_number));
-  ASSERT_TRUE(get_generators("p 21/c", by_symbol));
-  EXPECT_EQ(by_number, by_symbol);
-  EXPECT_EQ(by_number.substr(0, 26), " -x,y+1/2,-z+1/2; -x,-y,-z");
-  ASSERT_TRUE(get_generators("1", first));
-  for (const char* bad : {"231", "0", "-5", "P 1 21/c 1", "P 21/c 1", "", "XYZ"}) {
-    EXPECT_FALSE(get_generators(bad, g)) << bad;
-    EXPECT_TRUE(err_symtab);
-    EXPECT_EQ(err_symtab_mess, " Error in the symbol or number of the space group");
-  }
-  EXPECT_EQ(g, first);  // a failed look-up gives row 1
 }
 
 }  // namespace
