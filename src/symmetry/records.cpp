@@ -25,6 +25,11 @@ constinit thread_local int nlat = 0;
 
 constinit thread_local int err_symm_depth = 0;
 
+int ibravl_of(char letter) {
+  const auto k = lattice_letters.find(letter);
+  return k == std::string_view::npos ? 0 : static_cast<int>(k) + 1;
+}
+
 void init_err_symm() {
   clear_error_pair(err_symm, err_symm_mess);
 }

@@ -64,6 +64,12 @@ struct Space_Group_Type {
   std::array<Vec3, 2> asym_unit{Vec3{0, 0, 0}, Vec3{1, 1, 1}};  // lower, upper bounds
 };
 
+// Lattice letters in the order of their numbers (ibravl, inlat): 1 P, 2 A, 3 B, 4 C, 5 I, 6 R,
+// 7 F, 8 Z.
+constexpr std::string_view lattice_letters = "PABCIRFZ";
+// The number of a lattice letter (upper case), 0 for any other character.
+int ibravl_of(char letter);
+
 // Texts of `centre`, indexed by `centred`.
 extern const std::array<const char*, 3> centro;
 
