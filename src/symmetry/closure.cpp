@@ -29,9 +29,12 @@ constexpr int third = op_den / 3;
 constexpr int two_thirds = 2 * op_den / 3;
 
 // Standard centring vectors: A, B, C, I and the two of R.
-constexpr std::array<Vec3i, 6> lattice_vectors = {
-    Vec3i{0, half, half},  Vec3i{half, 0, half},  Vec3i{half, half, 0},
-    Vec3i{half, half, half}, Vec3i{two_thirds, third, third}, Vec3i{third, two_thirds, two_thirds}};
+constexpr std::array<Vec3i, 6> lattice_vectors = {Vec3i{0, half, half},
+                                                  Vec3i{half, 0, half},
+                                                  Vec3i{half, half, 0},
+                                                  Vec3i{half, half, half},
+                                                  Vec3i{two_thirds, third, third},
+                                                  Vec3i{third, two_thirds, two_thirds}};
 
 constexpr Mat3i zero_matrix{};
 
@@ -230,26 +233,6 @@ bool add_powers(std::vector<Exact_Op>& tabla, const Closure_Lattice& lat) {
     }
   }
   return true;
-}
-
-// Centring vectors of a lattice letter, the origin excluded.
-std::vector<Vec3> standard_centring(char letter) {
-  switch (letter) {
-    case 'A':
-      return {ltr_a[1]};
-    case 'B':
-      return {ltr_b[1]};
-    case 'C':
-      return {ltr_c[1]};
-    case 'I':
-      return {ltr_i[1]};
-    case 'R':
-      return {ltr_r[1], ltr_r[2]};
-    case 'F':
-      return {ltr_c[1], ltr_b[1], ltr_a[1]};
-    default:
-      return {};
-  }
 }
 
 // Flags of the lattice found among the pure translations of a list.
@@ -471,6 +454,36 @@ void take_inversions(std::vector<Mat3i>& g, const std::vector<Vec3>& tg, int& ic
     }
     g[i] = zero_matrix;
   }
+}
+
+}  // namespace
+
+std::vector<Vec3i> centring_vectors(char letter) {
+  switch (letter) {
+    case 'A':
+      return {lattice_vectors[0]};
+    case 'B':
+      return {lattice_vectors[1]};
+    case 'C':
+      return {lattice_vectors[2]};
+    case 'I':
+      return {lattice_vectors[3]};
+    case 'R':
+      return {lattice_vectors[4], lattice_vectors[5]};
+    case 'F':
+      return {lattice_vectors[2], lattice_vectors[1], lattice_vectors[0]};
+    default:
+      return {};
+  }
+}
+
+namespace {
+
+// Centring vectors of a lattice letter in fractions of the cell edges.
+std::vector<Vec3> standard_centring(char letter) {
+  std::vector<Vec3> v;
+  for (const Vec3i& t : centring_vectors(letter)) v.push_back(to_real(t));
+  return v;
 }
 
 }  // namespace

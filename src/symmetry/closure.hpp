@@ -1,6 +1,6 @@
 // The reduced set of operators of a space group from its generators, closed by exact integer
-// arithmetic on translations in twelfths of a cell edge; the analysis of a complete list; the completion and
-// naming of a set of centring vectors; the lattice tables of a lattice letter.
+// arithmetic on translations in twelfths of a cell edge; the analysis of a complete list; the
+// completion and naming of a set of centring vectors; the lattice tables of a lattice letter.
 #pragma once
 
 #include <array>
@@ -25,10 +25,14 @@ struct Closure_Lattice {
   std::vector<std::array<int, 3>> lat_trans;
 };
 
+// Centring vectors of a lattice letter (A, B, C, I, R, F), exact, in the order in which they are
+// tried: F gives those of C, B, A.  None for any other letter.
+std::vector<Vec3i> centring_vectors(char letter);
+
 // Closes `tabla` (entry 0 the identity) under products, pass after pass, until a pass adds
-// nothing; translations (twelfths of a cell edge) reduced to the cell and by the lattice.  When the table would pass
-// max_closure_ops entries: err_symm is set with " Dimension of Table exceeded (II)" (followed
-// by ": " and the count when number_in_message) and false is returned.
+// nothing; translations (twelfths of a cell edge) reduced to the cell and by the lattice.  When the
+// table would pass max_closure_ops entries: err_symm is set with " Dimension of Table exceeded
+// (II)" (followed by ": " and the count when number_in_message) and false is returned.
 bool close_by_products(std::vector<Exact_Op>& tabla, const Closure_Lattice& lat,
                        bool number_in_message);
 

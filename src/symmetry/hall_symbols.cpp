@@ -21,8 +21,6 @@ constexpr std::string_view rotacion = "12346";         // rotation digits, index
 constexpr std::string_view ejes_rotacion = "XYZ'\"*";  // axis letters, index 1 to 6
 constexpr std::string_view shift = "12345";            // digits of an origin shift, in twelfths
 constexpr int twelfth = op_den / 12;
-constexpr int quarter = op_den / 4;
-constexpr int half = op_den / 2;
 constexpr std::array<int, 5> rotation_order = {1, 2, 3, 4, 6};
 
 enum Axis {
@@ -37,96 +35,32 @@ enum Axis {
 
 // Value of a translation symbol; nullopt for any other character.
 std::optional<Vec3i> tras_val(char c) {
-  switch (c) {
-    case 'A':
-      return Vec3i{half, 0, 0};
-    case 'B':
-      return Vec3i{0, half, 0};
-    case 'C':
-      return Vec3i{0, 0, half};
-    case 'N':
-      return Vec3i{half, half, half};
-    case 'U':
-      return Vec3i{quarter, 0, 0};
-    case 'V':
-      return Vec3i{0, quarter, 0};
-    case 'W':
-      return Vec3i{0, 0, quarter};
-    case 'D':
-      return Vec3i{quarter, quarter, quarter};
-    default:
-      return std::nullopt;
+  for (const Hall_Translation& h : hall_translations) {
+    if (h.letter == c) return h.t;
   }
+  return std::nullopt;
 }
 
 // Rotation matrix of a rotation order and an axis (first_axis: that of the first generator,
-// which fixes the directions ' and ").  nullopt for a pair that has no matrix.
+// which fixes the directions ' and "; * counts as z for ').  nullopt for a pair that has no
+// matrix.
 std::optional<Mat3i> hall_matrix(int order, int axis, int first_axis) {
-  switch (order) {
-    case 1:
-      if (axis > axis_z) return std::nullopt;
-      return identity_matrix;
-    case 2:
-      switch (axis) {
-        case axis_x:
-          return Mat3i{{{1, 0, 0}, {0, -1, 0}, {0, 0, -1}}};
-        case axis_y:
-          return Mat3i{{{-1, 0, 0}, {0, 1, 0}, {0, 0, -1}}};
-        case axis_z:
-          return Mat3i{{{-1, 0, 0}, {0, -1, 0}, {0, 0, 1}}};
-        case axis_p:
-          if (first_axis == axis_x) return Mat3i{{{-1, 0, 0}, {0, 0, -1}, {0, -1, 0}}};
-          if (first_axis == axis_y) return Mat3i{{{0, 0, -1}, {0, -1, 0}, {-1, 0, 0}}};
-          if (first_axis == axis_z || first_axis == axis_s) {
-            return Mat3i{{{0, -1, 0}, {-1, 0, 0}, {0, 0, -1}}};
-          }
-          return std::nullopt;
-        case axis_pp:
-          if (first_axis == axis_x) return Mat3i{{{-1, 0, 0}, {0, 0, 1}, {0, 1, 0}}};
-          if (first_axis == axis_y) return Mat3i{{{0, 0, 1}, {0, -1, 0}, {1, 0, 0}}};
-          if (first_axis == axis_z) return Mat3i{{{0, 1, 0}, {1, 0, 0}, {0, 0, -1}}};
-          return std::nullopt;
-        default:
-          return std::nullopt;
-      }
-    case 3:
-      switch (axis) {
-        case axis_x:
-          return Mat3i{{{1, 0, 0}, {0, 0, -1}, {0, 1, -1}}};
-        case axis_y:
-          return Mat3i{{{-1, 0, 1}, {0, 1, 0}, {-1, 0, 0}}};
-        case axis_z:
-          return Mat3i{{{0, -1, 0}, {1, -1, 0}, {0, 0, 1}}};
-        case axis_s:
-          return Mat3i{{{0, 0, 1}, {1, 0, 0}, {0, 1, 0}}};
-        default:
-          return std::nullopt;
-      }
-    case 4:
-      switch (axis) {
-        case axis_x:
-          return Mat3i{{{1, 0, 0}, {0, 0, -1}, {0, 1, 0}}};
-        case axis_y:
-          return Mat3i{{{0, 0, 1}, {0, 1, 0}, {-1, 0, 0}}};
-        case axis_z:
-          return Mat3i{{{0, -1, 0}, {1, 0, 0}, {0, 0, 1}}};
-        default:
-          return std::nullopt;
-      }
-    case 6:
-      switch (axis) {
-        case axis_x:
-          return Mat3i{{{1, 0, 0}, {0, 1, -1}, {0, 1, 0}}};
-        case axis_y:
-          return Mat3i{{{0, 0, 1}, {0, 1, 0}, {-1, 0, 1}}};
-        case axis_z:
-          return Mat3i{{{1, -1, 0}, {1, 0, 0}, {0, 0, 1}}};
-        default:
-          return std::nullopt;
-      }
-    default:
-      return std::nullopt;
+  constexpr std::string_view axis_char = " xyz'\"*";
+  if (order == 1) {
+    if (axis > axis_z) return std::nullopt;
+    return identity_matrix;
   }
+  char principal = ' ';
+  if (axis == axis_p || axis == axis_pp) {
+    const int ref = (axis == axis_p && first_axis == axis_s) ? axis_z : first_axis;
+    if (ref < axis_x || ref > axis_z) return std::nullopt;
+    principal = axis_char[static_cast<std::size_t>(ref)];
+  }
+  const char a = axis_char[static_cast<std::size_t>(axis)];
+  for (const Hall_Matrix& h : hall_matrices()) {
+    if (h.order == order && h.axis == a && h.axis2 == principal) return h.m;
+  }
+  return std::nullopt;
 }
 
 // Axis of a generator that names none: Z for the first; for the second X, or ' for a twofold
@@ -254,6 +188,31 @@ void change_origin(Generator& g, const Vec3i& s) {
 }
 
 }  // namespace
+
+const std::array<Hall_Matrix, 19>& hall_matrices() {
+  static const std::array<Hall_Matrix, 19> table{{
+      {{{{1, 0, 0}, {0, -1, 0}, {0, 0, -1}}}, 2, 'x', ' '},    // x,-y,-z
+      {{{{-1, 0, 0}, {0, 1, 0}, {0, 0, -1}}}, 2, 'y', ' '},    // -x,y,-z
+      {{{{-1, 0, 0}, {0, -1, 0}, {0, 0, 1}}}, 2, 'z', ' '},    // -x,-y,z
+      {{{{-1, 0, 0}, {0, 0, -1}, {0, -1, 0}}}, 2, '\'', 'x'},  // -x,-z,-y
+      {{{{0, 0, -1}, {0, -1, 0}, {-1, 0, 0}}}, 2, '\'', 'y'},  // -z,-y,-x
+      {{{{0, -1, 0}, {-1, 0, 0}, {0, 0, -1}}}, 2, '\'', 'z'},  // -y,-x,-z
+      {{{{-1, 0, 0}, {0, 0, 1}, {0, 1, 0}}}, 2, '"', 'x'},     // -x,z,y
+      {{{{0, 0, 1}, {0, -1, 0}, {1, 0, 0}}}, 2, '"', 'y'},     // z,-y,x
+      {{{{0, 1, 0}, {1, 0, 0}, {0, 0, -1}}}, 2, '"', 'z'},     // y,x,-z
+      {{{{1, 0, 0}, {0, 0, -1}, {0, 1, -1}}}, 3, 'x', ' '},    // x,-z,y-z
+      {{{{-1, 0, 1}, {0, 1, 0}, {-1, 0, 0}}}, 3, 'y', ' '},    // -x+z,y,-x
+      {{{{0, -1, 0}, {1, -1, 0}, {0, 0, 1}}}, 3, 'z', ' '},    // -y,x-y,z
+      {{{{1, 0, 0}, {0, 0, -1}, {0, 1, 0}}}, 4, 'x', ' '},     // x,-z,y
+      {{{{0, 0, 1}, {0, 1, 0}, {-1, 0, 0}}}, 4, 'y', ' '},     // z,y,-x
+      {{{{0, -1, 0}, {1, 0, 0}, {0, 0, 1}}}, 4, 'z', ' '},     // -y,x,z
+      {{{{1, 0, 0}, {0, 1, -1}, {0, 1, 0}}}, 6, 'x', ' '},     // x,y-z,y
+      {{{{0, 0, 1}, {0, 1, 0}, {-1, 0, 1}}}, 6, 'y', ' '},     // z,y,-x+z
+      {{{{1, -1, 0}, {1, 0, 0}, {0, 0, 1}}}, 6, 'z', ' '},     // x-y,x,z
+      {{{{0, 0, 1}, {1, 0, 0}, {0, 1, 0}}}, 3, '*', ' '},      // z,x,y
+  }};
+  return table;
+}
 
 void get_so_from_hall(int& isystem, int& icentre, int& ibravl, int& ng, std::vector<Mat3i>& ss,
                       std::vector<Vec3>& ts, std::string& latsy, Vec3& co, int& num_g,

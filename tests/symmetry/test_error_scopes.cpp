@@ -512,7 +512,7 @@ TEST(ErrorPairSources, NoRoutineClearsOrSetsAPairByHand) {
       const std::string text = ss.str();
       ++files;
       if (is_library) {
-        static const std::regex def(R"(\nvoid init_err_\w+\(\) \{)");
+        static const std::regex def(R"(\nVELMORIA_ERROR_PAIR_DEFINITIONS\(\w+,)");
         definitions += static_cast<int>(std::distance(
             std::sregex_iterator(text.begin(), text.end(), def), std::sregex_iterator()));
       }
