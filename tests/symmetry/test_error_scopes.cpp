@@ -136,7 +136,7 @@ struct Road_Run {
 };
 
 template <class Road>
-Road_Run run_road(Road road, std::string_view opcion, int k) {
+Road_Run run_road(Road road, setup_roads::Road opcion, int k) {
   start_clean();
   Road_Run r;
   {
@@ -158,14 +158,14 @@ TEST(SetupRoadErrors, HallRoadOnATabulatedRowKeepsTheReadingError) {
 
   // The row's own Hall symbol gives the group: P 21/c has four operators.
   const Road_Run ok = run_road(
-      [&](Space_Group_Type& spg, Road_Result& rr) { setup_roads::road_hall(spg, rr, own, k); },
-      "HAL", k);
+      [&](Space_Group_Type& spg, Road_Result& rr) { rr = setup_roads::road_hall(spg, own, k); },
+      setup_roads::Road::hall, k);
   EXPECT_FALSE(ok.failed) << ok.mess;
   EXPECT_EQ(ok.spg.multip, 4);
 
   const Road_Run bad = run_road(
-      [&](Space_Group_Type& spg, Road_Result& rr) { setup_roads::road_hall(spg, rr, "Q 1", k); },
-      "HAL", k);
+      [&](Space_Group_Type& spg, Road_Result& rr) { rr = setup_roads::road_hall(spg, "Q 1", k); },
+      setup_roads::Road::hall, k);
   EXPECT_TRUE(bad.failed);
   EXPECT_EQ(bad.mess, bad_lattice);
   EXPECT_EQ(bad.spg.num_spg, 14);  // the table fields were filled after the failure
@@ -174,8 +174,8 @@ TEST(SetupRoadErrors, HallRoadOnATabulatedRowKeepsTheReadingError) {
 
   // A generator the Hall reading cannot take fails without a message of its own.
   const Road_Run blank = run_road(
-      [&](Space_Group_Type& spg, Road_Result& rr) { setup_roads::road_hall(spg, rr, "P 7", k); },
-      "HAL", k);
+      [&](Space_Group_Type& spg, Road_Result& rr) { rr = setup_roads::road_hall(spg, "P 7", k); },
+      setup_roads::Road::hall, k);
   EXPECT_TRUE(blank.failed);
   EXPECT_EQ(blank.mess, generic);
   EXPECT_TRUE(blank.spg.symop.empty());
@@ -187,16 +187,16 @@ TEST(SetupRoadErrors, HmRoadOnATabulatedRowWithAChoiceKeepsTheHallReadingError) 
   const std::string symbol = trim(spgr_info()[k].hm);
   const Road_Run ok = run_road(
       [&](Space_Group_Type& spg, Road_Result& rr) {
-        setup_roads::road_hms(spg, rr, symbol, k, trim(spgr_info()[k].hall));
+        rr = setup_roads::road_hms(spg, symbol, k, trim(spgr_info()[k].hall));
       },
-      "HMS", k);
+      setup_roads::Road::hms, k);
   EXPECT_FALSE(ok.failed) << ok.mess;
   EXPECT_FALSE(ok.spg.symop.empty());
 
   const Road_Run bad =
       run_road([&](Space_Group_Type& spg,
-                   Road_Result& rr) { setup_roads::road_hms(spg, rr, symbol, k, "Q 1"); },
-               "HMS", k);
+                   Road_Result& rr) { rr = setup_roads::road_hms(spg, symbol, k, "Q 1"); },
+               setup_roads::Road::hms, k);
   EXPECT_TRUE(bad.failed);
   EXPECT_EQ(bad.mess, bad_lattice);
   EXPECT_EQ(bad.spg.num_spg, spgr_info()[k].n);
@@ -206,9 +206,10 @@ TEST(SetupRoadErrors, HmRoadOnATabulatedRowWithAChoiceKeepsTheHallReadingError) 
 TEST(SetupRoadErrors, HmRoadOnATabulatedRowKeepsTheSymbolReadingError) {
   const int k = first_row(10);  // P 2/m
   ASSERT_GE(k, 0);
-  const Road_Run bad = run_road(
-      [&](Space_Group_Type& spg, Road_Result& rr) { setup_roads::road_hms(spg, rr, "P 5", k, ""); },
-      "HMS", k);
+  const Road_Run bad =
+      run_road([&](Space_Group_Type& spg,
+                   Road_Result& rr) { rr = setup_roads::road_hms(spg, "P 5", k, ""); },
+               setup_roads::Road::hms, k);
   EXPECT_TRUE(bad.failed);
   EXPECT_EQ(bad.mess, " The fivefold axis is not allowed");
   EXPECT_EQ(bad.spg.num_spg, 10);
@@ -221,17 +222,17 @@ TEST(SetupRoadErrors, ItcRoadOnATabulatedRowKeepsTheGeneratorReadingError) {
   const std::string symbol = trim(spgr_info()[k].hm);
   const Road_Run ok = run_road(
       [&](Space_Group_Type& spg, Road_Result& rr) {
-        setup_roads::road_itc_generators(spg, rr, symbol, "-x,y+1/2,-z+1/2;-x,-y,-z", k);
+        rr = setup_roads::road_itc_generators(spg, symbol, "-x,y+1/2,-z+1/2;-x,-y,-z", k);
       },
-      "ITC", k);
+      setup_roads::Road::itc, k);
   EXPECT_FALSE(ok.failed) << ok.mess;
   EXPECT_EQ(ok.spg.multip, 4);
 
   const Road_Run bad = run_road(
       [&](Space_Group_Type& spg, Road_Result& rr) {
-        setup_roads::road_itc_generators(spg, rr, symbol, "-x,y+1/2,-z+q;-x,-y,-z", k);
+        rr = setup_roads::road_itc_generators(spg, symbol, "-x,y+1/2,-z+q;-x,-y,-z", k);
       },
-      "ITC", k);
+      setup_roads::Road::itc, k);
   EXPECT_TRUE(bad.failed);
   EXPECT_EQ(bad.mess, bad_character);
   EXPECT_EQ(bad.spg.num_spg, 14);
