@@ -6,12 +6,10 @@
 
 namespace velmoria {
 
-bool k_equiv(const Vec3& h, const Vec3& k, char lat) {
-  const Vec3 v{h[0] - k[0], h[1] - k[1], h[2] - k[2]};
-  if (!zbelongv(v)) return false;
-  const int m1 = nint(v[0]);
-  const int m2 = nint(v[1]);
-  const int m3 = nint(v[2]);
+bool reciprocal_lattice_vector(const std::array<int, 3>& m, char lat) {
+  const int m1 = m[0];
+  const int m2 = m[1];
+  const int m3 = m[2];
   const auto even = [](int n) { return n % 2 == 0; };
   switch (std::toupper(static_cast<unsigned char>(lat))) {
     case 'P':
@@ -31,6 +29,12 @@ bool k_equiv(const Vec3& h, const Vec3& k, char lat) {
     default:
       return false;
   }
+}
+
+bool k_equiv(const Vec3& h, const Vec3& k, char lat) {
+  const Vec3 v{h[0] - k[0], h[1] - k[1], h[2] - k[2]};
+  if (!zbelongv(v)) return false;
+  return reciprocal_lattice_vector({nint(v[0]), nint(v[1]), nint(v[2])}, lat);
 }
 
 bool k_equiv(const Vec3& h, const Vec3& k, std::string_view lat) {

@@ -33,6 +33,11 @@ struct Group_k_Type {
   std::vector<Vec3> stark;  // the nk arms, stark[0] = k, each the image itself, not reduced
 };
 
+// Whether the integer vector m is a vector of the reciprocal lattice of the centred lattice with
+// the letter lat (P, A, B, C, F, I, R in the obverse setting, either case; any other letter
+// gives false).
+bool reciprocal_lattice_vector(const std::array<int, 3>& m, char lat);
+
 // Whether h and k are equivalent: they differ by a vector of the reciprocal lattice of the
 // lattice whose letter is the first non-blank character of lat (P, A, B, C, F, I, R in either
 // case; any other letter gives false), within the tolerance epss.

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <vector>
 
+#include "kvector/group_k.hpp"
 #include "support/layout.hpp"
 #include "support/text.hpp"
 #include "symmetry/listing.hpp"
@@ -218,24 +219,12 @@ int space_group(std::string& unit, Lorsk_Work& w, Space_Group_Type& spg,
 
 namespace {
 
-// Whether the integer vector nd is a vector of the reciprocal lattice of the centred cell.
-bool reciprocal_lattice_vector(const std::string& BL, const std::array<int, 3>& nd) {
+// The letter of the centred lattice whose reciprocal lattice decides the group of k: the
+// second letter of BL; R only for the rhombohedral lattice on hexagonal axes, "HR".
+char reciprocal_test_letter(const std::string& BL) {
+  if (BL == "HR") return 'R';
   const char letter = BL.size() >= 2 ? BL[1] : ' ';
-  if (BL == "HR") return (-nd[0] + nd[1] + nd[2]) % 3 == 0;
-  switch (letter) {
-    case 'A':
-      return (nd[1] + nd[2]) % 2 == 0;
-    case 'B':
-      return (nd[0] + nd[2]) % 2 == 0;
-    case 'C':
-      return (nd[0] + nd[1]) % 2 == 0;
-    case 'F':
-      return (nd[0] + nd[1]) % 2 == 0 && (nd[1] + nd[2]) % 2 == 0;
-    case 'I':
-      return (nd[0] + nd[1] + nd[2]) % 2 == 0;
-    default:
-      return true;
-  }
+  return std::string_view("ABCFI").find(letter) == std::string_view::npos ? 'P' : letter;
 }
 
 // Class flags of an entry of the group of k.
@@ -269,7 +258,7 @@ bool little_group(std::string& unit, Lorsk_Work& w, std::string_view label) {
       ND[c] = static_cast<int>(std::lround(D));
       if (std::fabs(D - static_cast<float>(ND[c])) >= 0.0001f) integral = false;
     }
-    if (!integral || !reciprocal_lattice_vector(w.BL, ND)) continue;
+    if (!integral || !reciprocal_lattice_vector(ND, reciprocal_test_letter(w.BL))) continue;
     n += 1;
     TMP[n] = op;
     const Mat3i rot = rotation_of(op);

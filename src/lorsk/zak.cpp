@@ -10,23 +10,7 @@
 
 namespace velmoria {
 
-constinit thread_local bool err_lorsk = false;
-thread_local std::string err_lorsk_mess;
-
-constinit thread_local int err_lorsk_depth = 0;
-
-void init_err_lorsk() {
-  clear_error_pair(err_lorsk, err_lorsk_mess);
-}
-
-void reset_lorsk_state() {
-  clear_error_pair(err_lorsk, err_lorsk_mess);
-  err_lorsk_depth = 0;
-}
-
-void set_err_lorsk(std::string_view message) {
-  raise_error_pair(err_lorsk, err_lorsk_mess, message);
-}
+VELMORIA_ERROR_PAIR_DEFINITIONS(lorsk, std::string::npos)
 
 namespace {
 

@@ -22,18 +22,7 @@ namespace velmoria {
 // Error pair of the little-group package: set when a limit of the induction would be passed or
 // when the data do not behave as an irreducible representation must (no partner in an orbit,
 // no unique intertwining matrix).  The results are then incomplete but nothing is overrun.
-extern constinit thread_local bool err_lorsk;
-extern thread_local std::string err_lorsk_mess;
-extern constinit thread_local int err_lorsk_depth;  // open Lorsk_Scope objects
-void init_err_lorsk();
-// The pair cleared and no scope counted: the state a run starts from.
-void reset_lorsk_state();
-// Sets err_lorsk and the message; an error that is pending already is kept.
-void set_err_lorsk(std::string_view message);
-// Opened at the start of a routine that can raise err_lorsk; only the outermost clears it.
-struct Lorsk_Scope : Error_Scope {
-  Lorsk_Scope() : Error_Scope(err_lorsk, err_lorsk_mess, err_lorsk_depth) {}
-};
+VELMORIA_ERROR_PAIR_DECLARATIONS(lorsk, Lorsk_Scope);
 
 constexpr int max_subgroup_ops = 24;  // order of the subgroup H at one step (ICSB columns)
 constexpr int max_index = 3;          // index of H in the next subgroup

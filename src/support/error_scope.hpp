@@ -42,3 +42,35 @@ class Error_Scope {
 };
 
 }  // namespace velmoria
+
+// The error pair of a library module `name`: the flag err_<name>, its message err_<name>_mess
+// and the count err_<name>_depth of open scopes; init_err_<name>() clears the pair,
+// reset_<name>_state() clears it and forgets the scopes (the state a run starts from),
+// set_err_<name>(message) raises it unless an error is pending (the message cut to max_len
+// characters), and `Scope` is opened at the start of a routine that can raise it.  One
+// definition for every module, declared in the module's header and defined in its source.
+#define VELMORIA_ERROR_PAIR_DECLARATIONS(name, Scope)                           \
+  extern constinit thread_local bool err_##name;                                \
+  extern thread_local std::string err_##name##_mess;                            \
+  extern constinit thread_local int err_##name##_depth;                         \
+  void init_err_##name();                                                       \
+  void reset_##name##_state();                                                  \
+  void set_err_##name(std::string_view message);                                \
+  struct Scope : Error_Scope {                                                  \
+    Scope() : Error_Scope(err_##name, err_##name##_mess, err_##name##_depth) {} \
+  }
+
+#define VELMORIA_ERROR_PAIR_DEFINITIONS(name, max_len)                 \
+  constinit thread_local bool err_##name = false;                      \
+  thread_local std::string err_##name##_mess;                          \
+  constinit thread_local int err_##name##_depth = 0;                   \
+  void init_err_##name() {                                             \
+    clear_error_pair(err_##name, err_##name##_mess);                   \
+  }                                                                    \
+  void reset_##name##_state() {                                        \
+    clear_error_pair(err_##name, err_##name##_mess);                   \
+    err_##name##_depth = 0;                                            \
+  }                                                                    \
+  void set_err_##name(std::string_view message) {                      \
+    raise_error_pair(err_##name, err_##name##_mess, message, max_len); \
+  }

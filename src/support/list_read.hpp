@@ -19,10 +19,18 @@ namespace velmoria {
 using ReadTarget = std::variant<float*, double*, int*, std::string*>;
 using ReadTargets = std::vector<ReadTarget>;
 
-inline void add_target(ReadTargets& t, float& v) { t.emplace_back(&v); }
-inline void add_target(ReadTargets& t, double& v) { t.emplace_back(&v); }
-inline void add_target(ReadTargets& t, int& v) { t.emplace_back(&v); }
-inline void add_target(ReadTargets& t, std::string& v) { t.emplace_back(&v); }
+inline void add_target(ReadTargets& t, float& v) {
+  t.emplace_back(&v);
+}
+inline void add_target(ReadTargets& t, double& v) {
+  t.emplace_back(&v);
+}
+inline void add_target(ReadTargets& t, int& v) {
+  t.emplace_back(&v);
+}
+inline void add_target(ReadTargets& t, std::string& v) {
+  t.emplace_back(&v);
+}
 template <class T, std::size_t N>
 void add_target(ReadTargets& t, std::array<T, N>& a) {
   for (auto& e : a) add_target(t, e);

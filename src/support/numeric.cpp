@@ -10,8 +10,7 @@ namespace velmoria {
 
 constinit thread_local float epss = 1.0e-5F;
 constinit thread_local double ep_ss = 1.0e-12;
-constinit thread_local bool err_mathgen = false;
-thread_local std::string err_mathgen_mess;
+VELMORIA_ERROR_PAIR_DEFINITIONS(mathgen, std::string::npos)
 
 namespace {
 
@@ -55,21 +54,6 @@ float epss_val() {
 }
 double ep_ss_val() {
   return ep_ss;
-}
-
-constinit thread_local int err_mathgen_depth = 0;
-
-void init_err_mathgen() {
-  clear_error_pair(err_mathgen, err_mathgen_mess);
-}
-
-void reset_mathgen_state() {
-  clear_error_pair(err_mathgen, err_mathgen_mess);
-  err_mathgen_depth = 0;
-}
-
-void set_err_mathgen(std::string_view message) {
-  raise_error_pair(err_mathgen, err_mathgen_mess, message);
 }
 
 std::optional<std::string> take_err_mathgen() {

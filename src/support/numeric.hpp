@@ -21,27 +21,16 @@ using Mat3r = std::array<std::array<float, 3>, 3>;
 extern constinit thread_local float epss;
 // Tolerance of the double-precision variants; 1.0e-12.
 extern constinit thread_local double ep_ss;
-extern constinit thread_local bool err_mathgen;
-extern thread_local std::string err_mathgen_mess;
-extern constinit thread_local int err_mathgen_depth;  // open Mathgen_Scope objects
+VELMORIA_ERROR_PAIR_DECLARATIONS(mathgen, Mathgen_Scope);
 
 void set_epsg_sp(float x);
 void set_epsg_dp(double x);
 void set_epsg_default();
 float epss_val();
 double ep_ss_val();
-void init_err_mathgen();
-// The pair cleared and no scope counted: the state a run starts from.
-void reset_mathgen_state();
-// Sets err_mathgen and the message; an error that is pending already is kept.
-void set_err_mathgen(std::string_view message);
 // The pending message, the pair cleared; none when no error is pending.  For the caller that
 // reports an error and goes on.
 std::optional<std::string> take_err_mathgen();
-// Opened at the start of a routine that can raise err_mathgen; only the outermost clears it.
-struct Mathgen_Scope : Error_Scope {
-  Mathgen_Scope() : Error_Scope(err_mathgen, err_mathgen_mess, err_mathgen_depth) {}
-};
 
 // Nearest integer, halves away from zero.
 int nint(float x);

@@ -10,23 +10,7 @@
 
 namespace velmoria {
 
-constinit thread_local bool err_string = false;
-thread_local std::string err_string_mess;
-
-constinit thread_local int err_string_depth = 0;
-
-void init_err_string() {
-  clear_error_pair(err_string, err_string_mess);
-}
-
-void reset_string_state() {
-  clear_error_pair(err_string, err_string_mess);
-  err_string_depth = 0;
-}
-
-void set_err_string(std::string_view message) {
-  raise_error_pair(err_string, err_string_mess, message);
-}
+VELMORIA_ERROR_PAIR_DEFINITIONS(string, std::string::npos)
 
 // ---------------------------------------------------------------------------------------
 // Fixed-width helpers

@@ -13,18 +13,7 @@
 
 namespace velmoria {
 
-extern constinit thread_local bool err_string;
-extern thread_local std::string err_string_mess;
-extern constinit thread_local int err_string_depth;  // open String_Scope objects
-void init_err_string();
-// The pair cleared and no scope counted: the state a run starts from.
-void reset_string_state();
-// Sets err_string and the message; an error that is pending already is kept.
-void set_err_string(std::string_view message);
-// Opened at the start of a routine that can raise err_string; only the outermost clears it.
-struct String_Scope : Error_Scope {
-  String_Scope() : Error_Scope(err_string, err_string_mess, err_string_depth) {}
-};
+VELMORIA_ERROR_PAIR_DECLARATIONS(string, String_Scope);
 
 // Fixed-width helpers.
 std::string trim(std::string_view s);                  // without trailing blanks

@@ -10,6 +10,7 @@
 
 #include "support/layout.hpp"
 #include "support/text.hpp"
+#include "symmetry/exact_operator.hpp"
 #include "symmetry/group_class.hpp"
 #include "symmetry/records.hpp"
 #include "symmetry/tables.hpp"
@@ -18,147 +19,69 @@ namespace velmoria {
 
 namespace {
 
-using Vec3i = std::array<int, 3>;
-
-constexpr std::string_view red = "PABCIRFZ";  // lattice letters, index ibravl
 constexpr float centring_tolerance = 0.0006f;
 constexpr float centring_upper = 0.9994f;
 constexpr int max_centring_vectors = max_lattice_points - 1;  // the origin takes column 1
 
-// Standard centring vectors in twelfths: A, B, C, I and the two of R.
-constexpr std::array<Vec3i, 6> lattice_twelfths = {Vec3i{0, 6, 6}, Vec3i{6, 0, 6}, Vec3i{6, 6, 0},
-                                                   Vec3i{6, 6, 6}, Vec3i{8, 4, 4}, Vec3i{4, 8, 8}};
+// Fractions of a cell edge in the exact unit of translations.
+constexpr int half = op_den / 2;
+constexpr int third = op_den / 3;
+constexpr int two_thirds = 2 * op_den / 3;
+
+// Standard centring vectors: A, B, C, I and the two of R.
+constexpr std::array<Vec3i, 6> lattice_vectors = {Vec3i{0, half, half},
+                                                  Vec3i{half, 0, half},
+                                                  Vec3i{half, half, 0},
+                                                  Vec3i{half, half, half},
+                                                  Vec3i{two_thirds, third, third},
+                                                  Vec3i{third, two_thirds, two_thirds}};
 
 constexpr Mat3i zero_matrix{};
-constexpr Mat3i identity_matrix{{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
-constexpr Mat3i inversion_matrix{{{-1, 0, 0}, {0, -1, 0}, {0, 0, -1}}};
 
-// Positive remainder of a division by 12 (modulo(x + 48, 12) for any x).
-int mod12(std::int64_t x) {
-  auto m = static_cast<int>(x % 12);
-  return m < 0 ? m + 12 : m;
-}
-
-Vec3i twelfths(const Vec3& t) {
-  return {nint(12.0f * t[0]), nint(12.0f * t[1]), nint(12.0f * t[2])};
-}
-
-bool is_zero(const Vec3i& v) {
-  return v[0] == 0 && v[1] == 0 && v[2] == 0;
-}
-
-// Every component of t - u (sign -1) or t + u (sign +1) a multiple of 12.
+// Every component of t - u (sign -1) or t + u (sign +1) a whole number of cells.
 bool multiple_of_cell(const Vec3i& t, const Vec3i& u, int sign) {
   for (int k = 0; k < 3; ++k) {
     const std::int64_t s = static_cast<std::int64_t>(t[k]) + sign * static_cast<std::int64_t>(u[k]);
-    if (s % 12 != 0) return false;
+    if (s % op_den != 0) return false;
   }
   return true;
 }
 
-Vec3 sum_in_twelfths(const Vec3i& t, const Vec3i& u) {
-  Vec3 v{};
-  for (int k = 0; k < 3; ++k) {
-    v[k] = static_cast<float>(mod12(static_cast<std::int64_t>(t[k]) + u[k])) / 12.0f;
-  }
-  return v;
+Vec3 sum_in_cell(const Vec3i& t, const Vec3i& u) {
+  return to_real(reduced(Vec3i{t[0] + u[0], t[1] + u[1], t[2] + u[2]}));
 }
 
-Mat3i negated(const Mat3i& m) {
-  Mat3i r{};
-  for (int i = 0; i < 3; ++i) {
-    for (int j = 0; j < 3; ++j) r[i][j] = -m[i][j];
-  }
-  return r;
-}
-
-Op12 identity_op() {
-  Op12 m{};
-  for (int i = 0; i < 4; ++i) m[i][i] = 1;
-  return m;
-}
-
-Op12 make_op(const Mat3i& rot, const Vec3i& t) {
-  Op12 m = identity_op();
-  for (int i = 0; i < 3; ++i) {
-    for (int j = 0; j < 3; ++j) m[i][j] = rot[i][j];
-    m[i][3] = mod12(t[i]);
-  }
-  return m;
-}
-
-// Product of two operators.  The arithmetic wraps instead of overflowing, so that matrices
-// that are no rotations cannot make the closure misbehave; they only fill the table.
-Op12 multiply(const Op12& a, const Op12& b) {
-  Op12 c{};
-  for (int i = 0; i < 4; ++i) {
-    for (int j = 0; j < 4; ++j) {
-      std::uint32_t s = 0;
-      for (int k = 0; k < 4; ++k) {
-        s += static_cast<std::uint32_t>(a[i][k]) * static_cast<std::uint32_t>(b[k][j]);
-      }
-      c[i][j] = static_cast<int>(s);
-    }
-  }
-  for (int i = 0; i < 3; ++i) c[i][3] = mod12(c[i][3]);
-  return c;
-}
-
-Vec3i translation(const Op12& m) {
-  return {m[0][3], m[1][3], m[2][3]};
-}
-
-void set_translation(Op12& m, const Vec3i& t) {
-  for (int i = 0; i < 3; ++i) m[i][3] = t[i];
-}
-
-bool same_rotation(const Op12& a, const Op12& b) {
-  for (int i = 0; i < 3; ++i) {
-    for (int j = 0; j < 3; ++j) {
-      if (a[i][j] != b[i][j]) return false;
-    }
-  }
-  return true;
-}
-
-Mat3i rotation_of(const Op12& m) {
-  Mat3i r{};
-  for (int i = 0; i < 3; ++i) {
-    for (int j = 0; j < 3; ++j) r[i][j] = m[i][j];
-  }
-  return r;
-}
-
-// Reduction of the components i and j modulo 6 when both are at least 6; true when it applied.
+// Reduction of the components i and j modulo 1/2 when both are at least 1/2; true when it
+// applied.
 bool reduce_pair(Vec3i& t, int i, int j) {
-  if (t[i] < 6 || t[j] < 6) return false;
-  t[i] %= 6;
-  t[j] %= 6;
+  if (t[i] < half || t[j] < half) return false;
+  t[i] %= half;
+  t[j] %= half;
   return true;
 }
 
 void reduce_r(Vec3i& t) {
-  if (t[0] < 8 && t[0] >= 4 && t[1] >= 8 && t[2] >= 8) {
-    t[0] %= 4;
-    t[1] %= 8;
-    t[2] %= 8;
-  } else if (t[0] >= 8 && t[1] >= 4 && t[2] >= 4) {
-    t[0] %= 8;
-    t[1] %= 4;
-    t[2] %= 4;
+  if (t[0] < two_thirds && t[0] >= third && t[1] >= two_thirds && t[2] >= two_thirds) {
+    t[0] %= third;
+    t[1] %= two_thirds;
+    t[2] %= two_thirds;
+  } else if (t[0] >= two_thirds && t[1] >= third && t[2] >= third) {
+    t[0] %= two_thirds;
+    t[1] %= third;
+    t[2] %= third;
   }
 }
 
 void reduce_f(Vec3i& t) {
-  if (t[1] < 6 && t[0] >= 6 && t[2] >= 6) {
-    t[0] %= 6;
-    t[2] %= 6;
-  } else if (t[1] >= 6 && t[2] < 6 && t[0] >= 6) {
-    t[0] %= 6;
-    t[1] %= 6;
-  } else if (t[1] >= 6 && t[2] >= 6) {
-    t[1] %= 6;
-    t[2] %= 6;
+  if (t[1] < half && t[0] >= half && t[2] >= half) {
+    t[0] %= half;
+    t[2] %= half;
+  } else if (t[1] >= half && t[2] < half && t[0] >= half) {
+    t[0] %= half;
+    t[1] %= half;
+  } else if (t[1] >= half && t[2] >= half) {
+    t[1] %= half;
+    t[2] %= half;
   }
 }
 
@@ -184,8 +107,8 @@ void reduce_plain(Vec3i& t, const Closure_Lattice& lat) {
       reduce_pair(t, 0, 1);
       break;
     case 5:
-      if (t[0] >= 6 && t[1] >= 6 && t[2] >= 6) {
-        for (int& x : t) x %= 6;
+      if (t[0] >= half && t[1] >= half && t[2] >= half) {
+        for (int& x : t) x %= half;
       }
       break;
     case 6:
@@ -216,8 +139,8 @@ bool reduce_skipping(Vec3i& t, const Closure_Lattice& lat) {
     case 4:
       return reduce_pair(t, 0, 1) && t[0] == 0 && t[1] == 0;
     case 5:
-      if (t[0] >= 6 && t[1] >= 6 && t[2] >= 6) {
-        for (int& x : t) x %= 6;
+      if (t[0] >= half && t[1] >= half && t[2] >= half) {
+        for (int& x : t) x %= half;
         return is_zero(t);
       }
       return false;
@@ -241,23 +164,23 @@ bool pair_is(const Vec3i& u, int i, int j, int v) {
   return u[i] == v && u[j] == v;
 }
 
-// Whether a translation in twelfths counts as a lattice translation in the products.
+// Whether a translation counts as a lattice translation in the products.
 bool lattice_test(const Vec3i& u, const Closure_Lattice& lat) {
   switch (lat.ibravl) {
     case 2:
-      return pair_is(u, 1, 2, 6) || pair_is(u, 1, 2, 0);
+      return pair_is(u, 1, 2, half) || pair_is(u, 1, 2, 0);
     case 3:
-      return pair_is(u, 0, 2, 6) || pair_is(u, 0, 2, 0);
+      return pair_is(u, 0, 2, half) || pair_is(u, 0, 2, 0);
     case 4:
-      return pair_is(u, 0, 1, 6) || pair_is(u, 0, 1, 0);
+      return pair_is(u, 0, 1, half) || pair_is(u, 0, 1, 0);
     case 5:
-      return u == Vec3i{6, 6, 6} || is_zero(u);
+      return u == lattice_vectors[3] || is_zero(u);
     case 6:
-      return u == Vec3i{8, 4, 4} || u == Vec3i{4, 8, 8} || is_zero(u);
+      return u == lattice_vectors[4] || u == lattice_vectors[5] || is_zero(u);
     case 7: {
-      const auto sixes = std::count(u.begin(), u.end(), 6);
+      const auto halves = std::count(u.begin(), u.end(), half);
       const auto zeros = std::count(u.begin(), u.end(), 0);
-      return sixes >= 2 || zeros >= 2;
+      return halves >= 2 || zeros >= 2;
     }
     case 8:
       if (is_zero(u)) return true;
@@ -269,17 +192,18 @@ bool lattice_test(const Vec3i& u, const Closure_Lattice& lat) {
 }
 
 // Whether the product m duplicates an entry of the table, exactly or up to a lattice vector.
-bool already_held(const Op12& m, const std::vector<Op12>& tabla, const Closure_Lattice& lat) {
-  const Vec3i t = translation(m);
-  for (const Op12& e : tabla) {
+bool already_held(const Exact_Op& m, const std::vector<Exact_Op>& tabla,
+                  const Closure_Lattice& lat) {
+  const Vec3i& t = m.tr;
+  for (const Exact_Op& e : tabla) {
     if (e == m) return true;
-    if (!same_rotation(m, e)) continue;
-    const Vec3i u = translation(e);
+    if (m.rot != e.rot) continue;
+    const Vec3i& u = e.tr;
     Vec3i s{};
     Vec3i d{};
     for (int k = 0; k < 3; ++k) {
-      s[k] = mod12(static_cast<std::int64_t>(t[k]) + u[k]);
-      d[k] = mod12(static_cast<std::int64_t>(t[k]) - u[k]);
+      s[k] = mod_cell(t[k] + u[k]);
+      d[k] = mod_cell(t[k] - u[k]);
     }
     if (lattice_test(s, lat) || lattice_test(d, lat)) return true;
   }
@@ -291,19 +215,16 @@ void table_full_powers() {
 }
 
 // Powers of each generator, in order, skipping those the table holds or the lattice removes.
-bool add_powers(std::vector<Op12>& tabla, const Closure_Lattice& lat) {
+bool add_powers(std::vector<Exact_Op>& tabla, const Closure_Lattice& lat) {
   const std::size_t nop = tabla.size();
   for (std::size_t i = 1; i < nop; ++i) {
-    const int r = axes_rotation(rotation_of(tabla[i]));
+    const int r = axes_rotation(tabla[i].rot);
     const int order = r == -3 ? 6 : (r == -1 ? 2 : std::abs(r));
-    Op12 m2 = identity_op();
+    Exact_Op m2;
     for (int rep = 1; rep < order; ++rep) {
-      m2 = multiply(m2, tabla[i]);
+      m2 = reduced(m2 * tabla[i]);
       if (std::find(tabla.begin(), tabla.end(), m2) != tabla.end()) continue;
-      Vec3i t = translation(m2);
-      const bool skip = reduce_skipping(t, lat);
-      set_translation(m2, t);
-      if (skip) continue;
+      if (reduce_skipping(m2.tr, lat)) continue;
       if (static_cast<int>(tabla.size()) >= max_closure_ops) {
         table_full_powers();
         return false;
@@ -312,26 +233,6 @@ bool add_powers(std::vector<Op12>& tabla, const Closure_Lattice& lat) {
     }
   }
   return true;
-}
-
-// Centring vectors of a lattice letter, the origin excluded.
-std::vector<Vec3> standard_centring(char letter) {
-  switch (letter) {
-    case 'A':
-      return {ltr_a[1]};
-    case 'B':
-      return {ltr_b[1]};
-    case 'C':
-      return {ltr_c[1]};
-    case 'I':
-      return {ltr_i[1]};
-    case 'R':
-      return {ltr_r[1], ltr_r[2]};
-    case 'F':
-      return {ltr_c[1], ltr_b[1], ltr_a[1]};
-    default:
-      return {};
-  }
 }
 
 // Flags of the lattice found among the pure translations of a list.
@@ -347,8 +248,8 @@ struct Lattice_Flags {
 };
 
 void mark_translation(const Vec3i& t, Lattice_Flags& fl) {
-  const auto hit = std::find(lattice_twelfths.begin(), lattice_twelfths.end(), t);
-  switch (hit - lattice_twelfths.begin()) {
+  const auto hit = std::find(lattice_vectors.begin(), lattice_vectors.end(), t);
+  switch (hit - lattice_vectors.begin()) {
     case 0:
       fl.a = true;
       break;
@@ -387,11 +288,6 @@ char letter_of(const Lattice_Flags& fl) {
     if (set) l = letter;
   }
   return l;
-}
-
-int ibravl_of(char letter) {
-  const auto k = red.find(letter);
-  return k == std::string_view::npos ? 0 : static_cast<int>(k) + 1;
 }
 
 float abs_sum(const Vec3& v) {
@@ -491,18 +387,21 @@ char name_centring(const std::vector<Vec3>& latc) {
   }
 }
 
-void put_operators(const std::vector<Op12>& tabla, std::vector<Mat3i>& ss, std::vector<Vec3>& ts) {
+void put_operators(const std::vector<Exact_Op>& tabla, std::vector<Mat3i>& ss,
+                   std::vector<Vec3>& ts) {
   ss.resize(tabla.size());
   ts.resize(tabla.size());
   for (std::size_t n = 0; n < tabla.size(); ++n) {
-    ss[n] = rotation_of(tabla[n]);
-    for (int k = 0; k < 3; ++k) ts[n][k] = static_cast<float>(tabla[n][k][3]) / 12.0f;
+    ss[n] = tabla[n].rot;
+    ts[n] = to_real(tabla[n].tr);
   }
 }
 
 void set_lattice_letter_in(std::string& latsy, int ibravl) {
   if (latsy.size() < 2) latsy.resize(2, ' ');
-  if (ibravl >= 1 && ibravl <= static_cast<int>(red.size())) latsy[1] = red[ibravl - 1];
+  if (ibravl >= 1 && ibravl <= static_cast<int>(lattice_letters.size())) {
+    latsy[1] = lattice_letters[static_cast<std::size_t>(ibravl) - 1];
+  }
 }
 
 // Generators with the same or opposite rotation as an earlier one: duplicates go, and the
@@ -515,15 +414,15 @@ void sort_out_pairs(std::vector<Mat3i>& g, std::vector<Vec3>& tg) {
     if (special(g[i])) continue;
     for (std::size_t j = i + 1; j < g.size(); ++j) {
       if (special(g[j])) continue;
-      const Vec3i t = twelfths(tg[i]);
-      const Vec3i u = twelfths(tg[j]);
+      const Vec3i t = twelfths_of(tg[i]);
+      const Vec3i u = twelfths_of(tg[j]);
       const bool on_cell = multiple_of_cell(t, u, -1) || multiple_of_cell(t, u, 1);
       if (g[i] == g[j]) {
         g[j] = on_cell ? zero_matrix : identity_matrix;
-        tg[j] = on_cell ? Vec3{0, 0, 0} : sum_in_twelfths(t, u);
+        tg[j] = on_cell ? Vec3{0, 0, 0} : sum_in_cell(t, u);
       } else if (g[i] == negated(g[j])) {
         g[j] = inversion_matrix;
-        tg[j] = on_cell ? Vec3{0, 0, 0} : sum_in_twelfths(t, u);
+        tg[j] = on_cell ? Vec3{0, 0, 0} : sum_in_cell(t, u);
       }
     }
   }
@@ -534,7 +433,7 @@ void take_translations(std::vector<Mat3i>& g, std::vector<Vec3>& tg, Lattice_Fla
                        std::vector<Vec3>& latc) {
   for (std::size_t i = 0; i < g.size(); ++i) {
     if (g[i] != identity_matrix) continue;
-    const Vec3i t = twelfths(tg[i]);
+    const Vec3i t = twelfths_of(tg[i]);
     if (!is_zero(t)) {
       latc.push_back(tg[i]);
       mark_translation(t, fl);
@@ -547,7 +446,7 @@ void take_translations(std::vector<Mat3i>& g, std::vector<Vec3>& tg, Lattice_Fla
 void take_inversions(std::vector<Mat3i>& g, const std::vector<Vec3>& tg, int& icentre, Vec3& co) {
   for (std::size_t i = 0; i < g.size(); ++i) {
     if (g[i] != inversion_matrix) continue;
-    if (is_zero(twelfths(tg[i]))) {
+    if (is_zero(twelfths_of(tg[i]))) {
       icentre = 2;
     } else if (icentre != 2) {
       icentre = 0;
@@ -559,7 +458,37 @@ void take_inversions(std::vector<Mat3i>& g, const std::vector<Vec3>& tg, int& ic
 
 }  // namespace
 
-bool close_by_products(std::vector<Op12>& tabla, const Closure_Lattice& lat,
+std::vector<Vec3i> centring_vectors(char letter) {
+  switch (letter) {
+    case 'A':
+      return {lattice_vectors[0]};
+    case 'B':
+      return {lattice_vectors[1]};
+    case 'C':
+      return {lattice_vectors[2]};
+    case 'I':
+      return {lattice_vectors[3]};
+    case 'R':
+      return {lattice_vectors[4], lattice_vectors[5]};
+    case 'F':
+      return {lattice_vectors[2], lattice_vectors[1], lattice_vectors[0]};
+    default:
+      return {};
+  }
+}
+
+namespace {
+
+// Centring vectors of a lattice letter in fractions of the cell edges.
+std::vector<Vec3> standard_centring(char letter) {
+  std::vector<Vec3> v;
+  for (const Vec3i& t : centring_vectors(letter)) v.push_back(to_real(t));
+  return v;
+}
+
+}  // namespace
+
+bool close_by_products(std::vector<Exact_Op>& tabla, const Closure_Lattice& lat,
                        bool number_in_message) {
   bool added = true;
   while (added) {
@@ -567,10 +496,8 @@ bool close_by_products(std::vector<Op12>& tabla, const Closure_Lattice& lat,
     const std::size_t n = tabla.size();
     for (std::size_t j = 0; j < n; ++j) {
       for (std::size_t i = j; i < n; ++i) {
-        Op12 m2 = multiply(tabla[j], tabla[i]);
-        Vec3i t = translation(m2);
-        reduce_plain(t, lat);
-        set_translation(m2, t);
+        Exact_Op m2 = reduced(tabla[j] * tabla[i]);
+        reduce_plain(m2.tr, lat);
         if (already_held(m2, tabla, lat)) continue;
         if (static_cast<int>(tabla.size()) >= max_closure_ops) {
           const int nop = static_cast<int>(tabla.size()) + 1;
@@ -627,7 +554,8 @@ void get_so_from_gener(int& isystem, int& icentre, int& ibravl, int& ng, std::ve
     if (err_symm) return;
     lat_letter = std::string(1, named);
     for (const Vec3& v : latc) {
-      const int big = std::max({nint(12.0f * v[0]), nint(12.0f * v[1]), nint(12.0f * v[2])});
+      const Vec3i t = twelfths_of(v);
+      const int big = std::max({t[0], t[1], t[2]});
       lat.lat_trans.push_back({big, big, big});
     }
   } else {
@@ -640,14 +568,14 @@ void get_so_from_gener(int& isystem, int& icentre, int& ibravl, int& ng, std::ve
   take_inversions(g, tg, icentre, co);
 
   // Compaction: the generators that are left, in their order.
-  std::vector<Op12> tabla{identity_op()};
+  std::vector<Exact_Op> tabla{Exact_Op{}};
   for (std::size_t i = 0; i < g.size(); ++i) {
     if (g[i] == zero_matrix) continue;
     if (static_cast<int>(tabla.size()) >= max_closure_ops) {
       table_full_powers();
       return;
     }
-    tabla.push_back(make_op(g[i], twelfths(tg[i])));
+    tabla.push_back(reduced(Exact_Op{g[i], twelfths_of(tg[i])}));
   }
   num_g = static_cast<int>(tabla.size()) - 1;
 
@@ -663,7 +591,7 @@ void get_so_from_gener(int& isystem, int& icentre, int& ibravl, int& ng, std::ve
     ng = nop / 2;
     if (icentre == 1) {
       const Vec3& t = ts[static_cast<std::size_t>(k)];
-      if (is_zero(twelfths(t))) {
+      if (is_zero(twelfths_of(t))) {
         icentre = 2;
       } else {
         icentre = 0;
@@ -703,7 +631,7 @@ void get_so_from_fix(int& isystem, int& icentre, int& ibravl, int ng, const std:
     for (int i = 0; i < n; ++i) {
       const auto k = static_cast<std::size_t>(i);
       if (ss[k] != identity_matrix) continue;
-      const Vec3i t = twelfths(ts[k]);
+      const Vec3i t = twelfths_of(ts[k]);
       if (is_zero(t)) continue;
       latc.push_back(ts[k]);
       mark_translation(t, fl);
@@ -722,7 +650,7 @@ void get_so_from_fix(int& isystem, int& icentre, int& ibravl, int ng, const std:
   for (int i = 0; i < n; ++i) {
     const auto k = static_cast<std::size_t>(i);
     if (ss[k] != inversion_matrix) continue;
-    if (is_zero(twelfths(ts[k]))) {
+    if (is_zero(twelfths_of(ts[k]))) {
       icentre = 2;
     } else {
       icentre = 0;
@@ -783,13 +711,13 @@ void set_lattice(std::string_view symb, int n_vec, const std::vector<Vec3>* vect
     nlat = n_vec + 1;
     return;
   }
-  const auto k = std::string_view("PABCIRF").find(up);
-  if (k == std::string_view::npos) {
+  const int k = ibravl_of(up);
+  if (k == 0) {
     set_err_symm(std::string("Wrong Lattice Symbol ") + letter);
     return;
   }
   lat_ch = up;
-  inlat = static_cast<int>(k) + 1;
+  inlat = k;
   const std::vector<Vec3> centring = standard_centring(up);
   for (std::size_t c = 0; c < centring.size(); ++c) ltr[c + 1] = centring[c];
   nlat = static_cast<int>(centring.size()) + 1;

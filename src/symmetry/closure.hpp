@@ -1,6 +1,6 @@
 // The reduced set of operators of a space group from its generators, closed by exact integer
-// arithmetic in twelfths of a cell edge; the analysis of a complete list; the completion and
-// naming of a set of centring vectors; the lattice tables of a lattice letter.
+// arithmetic on translations in twelfths of a cell edge; the analysis of a complete list; the
+// completion and naming of a set of centring vectors; the lattice tables of a lattice letter.
 #pragma once
 
 #include <array>
@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "support/numeric.hpp"
+#include "symmetry/exact_operator.hpp"
 
 namespace velmoria {
 
@@ -16,23 +17,23 @@ namespace velmoria {
 // without an inversion given as a generator.
 constexpr int max_closure_ops = 24;
 
-// One operator of a closure: rotation in rows/columns 0-2, translation in twelfths in column
-// 3, row 3 = (0,0,0,1).  op[row][column].
-using Op12 = std::array<std::array<int, 4>, 4>;
-
 // The lattice against which the translations of a closure are reduced: ibravl 1 P, 2 A, 3 B,
-// 4 C, 5 I, 6 R, 7 F, 8 Z; for Z the columns of lat_trans (twelfths; each column holds the
-// largest rounded component of 12 times its centring vector in all three places).
+// 4 C, 5 I, 6 R, 7 F, 8 Z; for Z the columns of lat_trans (in the unit of Exact_Op; each column
+// holds the largest component of its centring vector rounded to twelfths, in all three places).
 struct Closure_Lattice {
   int ibravl = 1;
   std::vector<std::array<int, 3>> lat_trans;
 };
 
+// Centring vectors of a lattice letter (A, B, C, I, R, F), exact, in the order in which they are
+// tried: F gives those of C, B, A.  None for any other letter.
+std::vector<Vec3i> centring_vectors(char letter);
+
 // Closes `tabla` (entry 0 the identity) under products, pass after pass, until a pass adds
-// nothing; translations modulo 12 and reduced by the lattice.  When the table would pass
-// max_closure_ops entries: err_symm is set with " Dimension of Table exceeded (II)" (followed
-// by ": " and the count when number_in_message) and false is returned.
-bool close_by_products(std::vector<Op12>& tabla, const Closure_Lattice& lat,
+// nothing; translations (twelfths of a cell edge) reduced to the cell and by the lattice.  When the
+// table would pass max_closure_ops entries: err_symm is set with " Dimension of Table exceeded
+// (II)" (followed by ": " and the count when number_in_message) and false is returned.
+bool close_by_products(std::vector<Exact_Op>& tabla, const Closure_Lattice& lat,
                        bool number_in_message);
 
 // Reduced set of operators from generators.

@@ -1,6 +1,6 @@
 // The Hall symbol of a group given by its operators: the rotations are recognised among the
-// fixed matrices of Hall's notation, their translations written with the letters and screw digits
-// in twelfths of a cell edge, the generators chosen and ordered as in the table's symbols, and
+// fixed matrices of Hall's notation, their translations (twelfths of a cell edge) written with
+// the letters and screw digits, the generators chosen and ordered as in the table's symbols, and
 // the symbol looked up in the table of settings.
 #include "symmetry/hall_from_generators.hpp"
 
@@ -11,94 +11,23 @@
 #include <vector>
 
 #include "support/text.hpp"
+#include "symmetry/closure.hpp"
+#include "symmetry/exact_operator.hpp"
 #include "symmetry/group_class.hpp"
+#include "symmetry/hall_symbols.hpp"
 #include "symmetry/tables.hpp"
 
 namespace velmoria {
 
 namespace {
 
-using Vec3i = std::array<int, 3>;
-
 constexpr std::size_t hall_key_len = 16;
 constexpr int max_order = 6;
-
-// One of the fixed matrices of Hall's notation: its rotation order, its axis character and, for
-// the twofold axes ' and ", the principal axis they go with.
-struct Hall_Matrix {
-  Mat3i m;
-  int order;
-  char axis;
-  char axis2;
-};
-
-// x_2 .. z_6 and xyz_3, the rows of each matrix in the x,y,z form in the comments.
-const std::array<Hall_Matrix, 19>& hall_matrices() {
-  static const std::array<Hall_Matrix, 19> table{{
-      {{{{1, 0, 0}, {0, -1, 0}, {0, 0, -1}}}, 2, 'x', ' '},    // x,-y,-z
-      {{{{-1, 0, 0}, {0, 1, 0}, {0, 0, -1}}}, 2, 'y', ' '},    // -x,y,-z
-      {{{{-1, 0, 0}, {0, -1, 0}, {0, 0, 1}}}, 2, 'z', ' '},    // -x,-y,z
-      {{{{-1, 0, 0}, {0, 0, -1}, {0, -1, 0}}}, 2, '\'', 'x'},  // -x,-z,-y
-      {{{{0, 0, -1}, {0, -1, 0}, {-1, 0, 0}}}, 2, '\'', 'y'},  // -z,-y,-x
-      {{{{0, -1, 0}, {-1, 0, 0}, {0, 0, -1}}}, 2, '\'', 'z'},  // -y,-x,-z
-      {{{{-1, 0, 0}, {0, 0, 1}, {0, 1, 0}}}, 2, '"', 'x'},     // -x,z,y
-      {{{{0, 0, 1}, {0, -1, 0}, {1, 0, 0}}}, 2, '"', 'y'},     // z,-y,x
-      {{{{0, 1, 0}, {1, 0, 0}, {0, 0, -1}}}, 2, '"', 'z'},     // y,x,-z
-      {{{{1, 0, 0}, {0, 0, -1}, {0, 1, -1}}}, 3, 'x', ' '},    // x,-z,y-z
-      {{{{-1, 0, 1}, {0, 1, 0}, {-1, 0, 0}}}, 3, 'y', ' '},    // -x+z,y,-x
-      {{{{0, -1, 0}, {1, -1, 0}, {0, 0, 1}}}, 3, 'z', ' '},    // -y,x-y,z
-      {{{{1, 0, 0}, {0, 0, -1}, {0, 1, 0}}}, 4, 'x', ' '},     // x,-z,y
-      {{{{0, 0, 1}, {0, 1, 0}, {-1, 0, 0}}}, 4, 'y', ' '},     // z,y,-x
-      {{{{0, -1, 0}, {1, 0, 0}, {0, 0, 1}}}, 4, 'z', ' '},     // -y,x,z
-      {{{{1, 0, 0}, {0, 1, -1}, {0, 1, 0}}}, 6, 'x', ' '},     // x,y-z,y
-      {{{{0, 0, 1}, {0, 1, 0}, {-1, 0, 1}}}, 6, 'y', ' '},     // z,y,-x+z
-      {{{{1, -1, 0}, {1, 0, 0}, {0, 0, 1}}}, 6, 'z', ' '},     // x-y,x,z
-      {{{{0, 0, 1}, {1, 0, 0}, {0, 1, 0}}}, 3, '*', ' '},      // z,x,y
-  }};
-  return table;
-}
-
-// Hall's translation letters in twelfths, in the order in which they are tried.
-constexpr std::string_view traslacion = "NABCDUVW";
-constexpr std::array<Vec3i, 8> tras_val{
-    {{6, 6, 6}, {6, 0, 0}, {0, 6, 0}, {0, 0, 6}, {3, 3, 3}, {3, 0, 0}, {0, 3, 0}, {0, 0, 3}}};
-
-Mat3i negated(const Mat3i& m) {
-  Mat3i r{};
-  for (int i = 0; i < 3; ++i) {
-    for (int j = 0; j < 3; ++j) r[i][j] = -m[i][j];
-  }
-  return r;
-}
-
-bool is_zero(const Mat3i& m) {
-  return m == Mat3i{};
-}
 
 bool is_hall_matrix(const Mat3i& m) {
   const Mat3i neg = negated(m);
   return std::any_of(hall_matrices().begin(), hall_matrices().end(),
                      [&](const Hall_Matrix& h) { return h.m == m || h.m == neg; });
-}
-
-// The centring vectors of a lattice letter, in twelfths, in the order in which they are tried.
-std::vector<Vec3i> centring_of(char lat) {
-  switch (lat) {
-    case 'A':
-      return {{0, 6, 6}};
-    case 'B':
-      return {{6, 0, 6}};
-    case 'C':
-      return {{6, 6, 0}};
-    case 'I':
-      return {{6, 6, 6}};
-    case 'R':
-      return {{8, 4, 4}, {4, 8, 8}};
-    case 'F':
-      return {{6, 6, 0}, {6, 0, 6}, {0, 6, 6}};
-    default:
-      return {};
-  }
 }
 
 int sum_of(const Vec3i& v) {
@@ -109,10 +38,8 @@ int sum_of(const Vec3i& v) {
 // the earlier one on a tie.
 void reduce_to_lattice(Vec3i& tt, char lat) {
   std::vector<Vec3i> candidates;
-  for (const Vec3i& l : centring_of(lat)) {
-    Vec3i u{};
-    for (int i = 0; i < 3; ++i) u[i] = (tt[i] - l[i] + 48) % 12;
-    candidates.push_back(u);
+  for (const Vec3i& l : centring_vectors(lat)) {
+    candidates.push_back(reduced(Vec3i{tt[0] - l[0], tt[1] - l[1], tt[2] - l[2]}));
   }
   for (const Vec3i& u : candidates) {
     if (sum_of(u) < sum_of(tt)) tt = u;
@@ -121,22 +48,20 @@ void reduce_to_lattice(Vec3i& tt, char lat) {
 
 // Hall's letters for tt, appended to tras: up to three letters, each the first one that fits.
 void append_letters(Vec3i tt, std::string& tras) {
-  for (int pass = 0; pass < 3 && tt != Vec3i{0, 0, 0}; ++pass) {
-    for (std::size_t row = 0; row < tras_val.size(); ++row) {
-      Vec3i d{};
-      for (int i = 0; i < 3; ++i) d[i] = tt[i] - tras_val[row][static_cast<std::size_t>(i)];
+  for (int pass = 0; pass < 3 && !is_zero(tt); ++pass) {
+    for (const Hall_Translation& h : hall_translations) {
+      const Vec3i d{tt[0] - h.t[0], tt[1] - h.t[1], tt[2] - h.t[2]};
       if (d[0] < 0 || d[1] < 0 || d[2] < 0) continue;
       tt = d;
-      tras += static_cast<char>(traslacion[row] - 'A' + 'a');
+      tras += static_cast<char>(h.letter - 'A' + 'a');
       break;
     }
   }
 }
 
-Vec3i twelfths_mod(const Vec3& t) {
-  Vec3i v{};
-  for (int i = 0; i < 3; ++i) v[i] = ((nint(12.0f * t[i]) + 48) % 12 + 12) % 12;
-  return v;
+// A translation of the reduced set, rounded to twelfths and brought into the cell.
+Vec3i cell_twelfths(const Vec3& t) {
+  return reduced(twelfths_of(t));
 }
 
 struct Generator {
@@ -145,11 +70,6 @@ struct Generator {
   std::string tras;  // screw digit and translation letters
   int order() const { return std::abs(n); }
   char axis() const { return axes.empty() ? ' ' : axes[0]; }
-};
-
-struct Reduced_Op {
-  Mat3i rot{};
-  Vec3 tr{};
 };
 
 // The axis of a rotation of order a: among the matrices of that order, or their negatives for
@@ -175,14 +95,15 @@ void screw_digit(Vec3i& tt, char axis, int a, std::string& tras) {
   }
   int& v = tt[static_cast<std::size_t>(c)];
   char digit = ' ';
+  // 3_1, 3_2 step by 1/3 of the axis; 6_1, 6_2, 6_4, 6_5 by 1/6.
   if (a == 3) {
-    if (v == 4) digit = '1';
-    if (v == 8) digit = '2';
+    if (v == op_den / 3) digit = '1';
+    if (v == 2 * op_den / 3) digit = '2';
   } else if (a == 6) {
-    if (v == 2) digit = '1';
-    if (v == 4) digit = '2';
-    if (v == 8) digit = '4';
-    if (v == 10) digit = '5';
+    if (v == op_den / 6) digit = '1';
+    if (v == 2 * op_den / 6) digit = '2';
+    if (v == 4 * op_den / 6) digit = '4';
+    if (v == 5 * op_den / 6) digit = '5';
   }
   if (digit == ' ') return;
   tras += digit;
@@ -310,17 +231,17 @@ int find_setting(const std::string& hall, int num_ops) {
 
 // The operators of the reduced set that carry a Hall matrix, by decreasing order.  norden
 // counts them by order.
-std::vector<Reduced_Op> ordered_rotations(const Space_Group_Type& spg,
-                                          std::array<int, max_order + 1>& norden) {
+std::vector<Exact_Op> ordered_rotations(const Space_Group_Type& spg,
+                                        std::array<int, max_order + 1>& norden) {
   const int n = std::clamp(spg.num_ops, 0, static_cast<int>(spg.symop.size()));
-  std::vector<Reduced_Op> ops;
+  std::vector<Exact_Op> ops;
   for (int i = 0; i < n; ++i) {
     const Sym_Oper_Type& o = spg.symop[static_cast<std::size_t>(i)];
-    ops.push_back({is_hall_matrix(o.rot) ? o.rot : Mat3i{}, o.tr});
+    ops.push_back({is_hall_matrix(o.rot) ? o.rot : Mat3i{}, cell_twelfths(o.tr)});
   }
   norden.fill(0);
-  for (const Reduced_Op& o : ops) {
-    if (is_zero(o.rot)) continue;
+  for (const Exact_Op& o : ops) {
+    if ((o.rot == Mat3i{})) continue;
     const int a = std::abs(axes_rotation(o.rot));
     if (a >= 1 && a <= max_order) ++norden[static_cast<std::size_t>(a)];
   }
@@ -328,15 +249,14 @@ std::vector<Reduced_Op> ordered_rotations(const Space_Group_Type& spg,
   for (int order = max_order; order >= 1; --order) {
     if (norden[static_cast<std::size_t>(order)] == 0) continue;
     for (std::size_t i = 0; i < ops.size(); ++i) {
-      if (is_zero(ops[i].rot) || std::abs(axes_rotation(ops[i].rot)) != order) continue;
+      if ((ops[i].rot == Mat3i{}) || std::abs(axes_rotation(ops[i].rot)) != order) continue;
       std::swap(ops[moved], ops[i]);
       ++moved;
     }
   }
   ops.resize(moved);
   norden.fill(0);
-  for (const Reduced_Op& o : ops)
-    ++norden[static_cast<std::size_t>(std::abs(axes_rotation(o.rot)))];
+  for (const Exact_Op& o : ops) ++norden[static_cast<std::size_t>(std::abs(axes_rotation(o.rot)))];
   if (norden[6] != 0) norden[3] = 0;
   return ops;
 }
@@ -349,8 +269,9 @@ void get_hallsymb_from_gener(Space_Group_Type& spacegroup, std::string* hall_tex
   std::vector<Generator> gens;
 
   if (spacegroup.centred == 0) {
-    Vec3i tt{};
-    for (int i = 0; i < 3; ++i) tt[i] = (nint(24.0f * spacegroup.centre_coord[i]) % 12 + 12) % 12;
+    // The inversion's translation is twice the centre.
+    const Vec3& co = spacegroup.centre_coord;
+    Vec3i tt = cell_twelfths(Vec3{2.0f * co[0], 2.0f * co[1], 2.0f * co[2]});
     reduce_to_lattice(tt, lat);
     Generator g{-1, "z", ""};
     append_letters(tt, g.tras);
@@ -358,18 +279,18 @@ void get_hallsymb_from_gener(Space_Group_Type& spacegroup, std::string* hall_tex
   }
 
   std::array<int, max_order + 1> norden{};
-  const std::vector<Reduced_Op> ops = ordered_rotations(spacegroup, norden);
+  const std::vector<Exact_Op> ops = ordered_rotations(spacegroup, norden);
   const int ng = static_cast<int>(ops.size());
   if (ng == 0) gens.push_back(Generator{1, "z", ""});
 
-  for (const Reduced_Op& o : ops) {
+  for (const Exact_Op& o : ops) {
     const int r = axes_rotation(o.rot);
     const int a = std::abs(r);
     if (norden[static_cast<std::size_t>(a)] == 0) continue;
     Generator g;
     g.n = r;
     g.axes = axis_of(o.rot, r);
-    Vec3i tt = twelfths_mod(o.tr);
+    Vec3i tt = o.tr;
     reduce_to_lattice(tt, lat);
     screw_digit(tt, g.axis(), a, g.tras);
     append_letters(tt, g.tras);

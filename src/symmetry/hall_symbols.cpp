@@ -1,5 +1,5 @@
 // Reading of a Hall symbol: the lattice, the centre of symmetry, up to four generators as
-// integer operators in twelfths, the change of origin, and the closure of the group.
+// exact operators, the change of origin, and the closure of the group.
 #include "symmetry/hall_symbols.hpp"
 
 #include <array>
@@ -8,6 +8,7 @@
 
 #include "support/text.hpp"
 #include "symmetry/closure.hpp"
+#include "symmetry/exact_operator.hpp"
 #include "symmetry/group_class.hpp"
 #include "symmetry/records.hpp"
 
@@ -15,13 +16,11 @@ namespace velmoria {
 
 namespace {
 
-using Vec3i = std::array<int, 3>;
-
 constexpr std::size_t hall_symbol_len = 16;
-constexpr std::string_view red = "PABCIRF";            // lattice letters, index ibravl
 constexpr std::string_view rotacion = "12346";         // rotation digits, index 1 to 5
 constexpr std::string_view ejes_rotacion = "XYZ'\"*";  // axis letters, index 1 to 6
 constexpr std::string_view shift = "12345";            // digits of an origin shift, in twelfths
+constexpr int twelfth = op_den / 12;
 constexpr std::array<int, 5> rotation_order = {1, 2, 3, 4, 6};
 
 enum Axis {
@@ -34,99 +33,34 @@ enum Axis {
   axis_s = 6
 };
 
-// Value of a translation symbol in twelfths; nullopt for any other character.
+// Value of a translation symbol; nullopt for any other character.
 std::optional<Vec3i> tras_val(char c) {
-  switch (c) {
-    case 'A':
-      return Vec3i{6, 0, 0};
-    case 'B':
-      return Vec3i{0, 6, 0};
-    case 'C':
-      return Vec3i{0, 0, 6};
-    case 'N':
-      return Vec3i{6, 6, 6};
-    case 'U':
-      return Vec3i{3, 0, 0};
-    case 'V':
-      return Vec3i{0, 3, 0};
-    case 'W':
-      return Vec3i{0, 0, 3};
-    case 'D':
-      return Vec3i{3, 3, 3};
-    default:
-      return std::nullopt;
+  for (const Hall_Translation& h : hall_translations) {
+    if (h.letter == c) return h.t;
   }
+  return std::nullopt;
 }
 
 // Rotation matrix of a rotation order and an axis (first_axis: that of the first generator,
-// which fixes the directions ' and ").  nullopt for a pair that has no matrix.
+// which fixes the directions ' and "; * counts as z for ').  nullopt for a pair that has no
+// matrix.
 std::optional<Mat3i> hall_matrix(int order, int axis, int first_axis) {
-  constexpr Mat3i one{{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
-  switch (order) {
-    case 1:
-      if (axis > axis_z) return std::nullopt;
-      return one;
-    case 2:
-      switch (axis) {
-        case axis_x:
-          return Mat3i{{{1, 0, 0}, {0, -1, 0}, {0, 0, -1}}};
-        case axis_y:
-          return Mat3i{{{-1, 0, 0}, {0, 1, 0}, {0, 0, -1}}};
-        case axis_z:
-          return Mat3i{{{-1, 0, 0}, {0, -1, 0}, {0, 0, 1}}};
-        case axis_p:
-          if (first_axis == axis_x) return Mat3i{{{-1, 0, 0}, {0, 0, -1}, {0, -1, 0}}};
-          if (first_axis == axis_y) return Mat3i{{{0, 0, -1}, {0, -1, 0}, {-1, 0, 0}}};
-          if (first_axis == axis_z || first_axis == axis_s) {
-            return Mat3i{{{0, -1, 0}, {-1, 0, 0}, {0, 0, -1}}};
-          }
-          return std::nullopt;
-        case axis_pp:
-          if (first_axis == axis_x) return Mat3i{{{-1, 0, 0}, {0, 0, 1}, {0, 1, 0}}};
-          if (first_axis == axis_y) return Mat3i{{{0, 0, 1}, {0, -1, 0}, {1, 0, 0}}};
-          if (first_axis == axis_z) return Mat3i{{{0, 1, 0}, {1, 0, 0}, {0, 0, -1}}};
-          return std::nullopt;
-        default:
-          return std::nullopt;
-      }
-    case 3:
-      switch (axis) {
-        case axis_x:
-          return Mat3i{{{1, 0, 0}, {0, 0, -1}, {0, 1, -1}}};
-        case axis_y:
-          return Mat3i{{{-1, 0, 1}, {0, 1, 0}, {-1, 0, 0}}};
-        case axis_z:
-          return Mat3i{{{0, -1, 0}, {1, -1, 0}, {0, 0, 1}}};
-        case axis_s:
-          return Mat3i{{{0, 0, 1}, {1, 0, 0}, {0, 1, 0}}};
-        default:
-          return std::nullopt;
-      }
-    case 4:
-      switch (axis) {
-        case axis_x:
-          return Mat3i{{{1, 0, 0}, {0, 0, -1}, {0, 1, 0}}};
-        case axis_y:
-          return Mat3i{{{0, 0, 1}, {0, 1, 0}, {-1, 0, 0}}};
-        case axis_z:
-          return Mat3i{{{0, -1, 0}, {1, 0, 0}, {0, 0, 1}}};
-        default:
-          return std::nullopt;
-      }
-    case 6:
-      switch (axis) {
-        case axis_x:
-          return Mat3i{{{1, 0, 0}, {0, 1, -1}, {0, 1, 0}}};
-        case axis_y:
-          return Mat3i{{{0, 0, 1}, {0, 1, 0}, {-1, 0, 1}}};
-        case axis_z:
-          return Mat3i{{{1, -1, 0}, {1, 0, 0}, {0, 0, 1}}};
-        default:
-          return std::nullopt;
-      }
-    default:
-      return std::nullopt;
+  constexpr std::string_view axis_char = " xyz'\"*";
+  if (order == 1) {
+    if (axis > axis_z) return std::nullopt;
+    return identity_matrix;
   }
+  char principal = ' ';
+  if (axis == axis_p || axis == axis_pp) {
+    const int ref = (axis == axis_p && first_axis == axis_s) ? axis_z : first_axis;
+    if (ref < axis_x || ref > axis_z) return std::nullopt;
+    principal = axis_char[static_cast<std::size_t>(ref)];
+  }
+  const char a = axis_char[static_cast<std::size_t>(axis)];
+  for (const Hall_Matrix& h : hall_matrices()) {
+    if (h.order == order && h.axis == a && h.axis2 == principal) return h.m;
+  }
+  return std::nullopt;
 }
 
 // Axis of a generator that names none: Z for the first; for the second X, or ' for a twofold
@@ -149,8 +83,7 @@ struct Hall_Text {
 };
 
 struct Generator {
-  Mat3i rot{};
-  Vec3i t{};
+  Exact_Op op;
   int order = 1;
   int axis = axis_z;
 };
@@ -172,9 +105,10 @@ void read_centre(const Hall_Text& h, int& n, int& icentre, Vec3& co) {
       for (int c = 0; c < 3; ++c) v[c] += (*tv)[c];
     }
   }
-  for (int& x : v) x %= 12;
-  for (int c = 0; c < 3; ++c) co[c] = static_cast<float>(v[c]) / 24.0f;
-  if (v == Vec3i{0, 0, 0}) {
+  for (int& x : v) x %= op_den;
+  // The centre lies at half the translation of the inversion.
+  for (int c = 0; c < 3; ++c) co[c] = static_cast<float>(v[c]) / (2.0f * op_den);
+  if (is_zero(v)) {
     icentre = 2;
   } else {
     icentre = 0;
@@ -211,17 +145,15 @@ bool read_generator(const Hall_Text& h, int p, int e, int ngen, const std::vecto
       // Screw part along the axis: only for 3, 4, 6 about x, y or z.
       if (order < 3 || a > axis_z) return false;
       vtras = Vec3i{0, 0, 0};
-      vtras[static_cast<std::size_t>(a) - 1] = 12 * (static_cast<int>(d) + 1) / order;
+      vtras[static_cast<std::size_t>(a) - 1] = op_den * (static_cast<int>(d) + 1) / order;
     }
   }
   // The first generator's own ' or " has no reference axis.
   const int reference = ngen == 0 ? axis_none : first_axis;
   const auto m = hall_matrix(order, a, reference);
   if (!m) return false;
-  for (int i = 0; i < 3; ++i) {
-    for (int j = 0; j < 3; ++j) out.rot[i][j] = sign * (*m)[i][j];
-  }
-  out.t = vtras;
+  out.op.rot = sign == 1 ? *m : negated(*m);
+  out.op.tr = vtras;
   out.order = order;
   out.axis = a;
   return true;
@@ -242,7 +174,7 @@ bool read_shift(const Hall_Text& h, int p, int n, Vec3i& s) {
     if (component == 3) return false;
     const auto v = shift.find(c);
     s[static_cast<std::size_t>(component)] =
-        sign * (v == std::string_view::npos ? 0 : static_cast<int>(v) + 1);
+        sign * twelfth * (v == std::string_view::npos ? 0 : static_cast<int>(v) + 1);
     ++component;
     sign = 1;
   }
@@ -251,24 +183,36 @@ bool read_shift(const Hall_Text& h, int p, int n, Vec3i& s) {
 
 // Moves a generator to the new origin: S g S^-1, translation t + s - R s.
 void change_origin(Generator& g, const Vec3i& s) {
-  for (int i = 0; i < 3; ++i) {
-    int rs = 0;
-    for (int j = 0; j < 3; ++j) rs += g.rot[i][j] * s[j];
-    g.t[i] += s[i] - rs;
-  }
-}
-
-Op12 table_entry(const Generator& g) {
-  Op12 m{};
-  for (int i = 0; i < 3; ++i) {
-    for (int j = 0; j < 3; ++j) m[i][j] = g.rot[i][j];
-    m[i][3] = ((g.t[i] % 12) + 12) % 12;
-  }
-  m[3][3] = 1;
-  return m;
+  const Exact_Op shift_op{identity_matrix, s};
+  g.op = shift_op * g.op * inverse(shift_op);
 }
 
 }  // namespace
+
+const std::array<Hall_Matrix, 19>& hall_matrices() {
+  static const std::array<Hall_Matrix, 19> table{{
+      {{{{1, 0, 0}, {0, -1, 0}, {0, 0, -1}}}, 2, 'x', ' '},    // x,-y,-z
+      {{{{-1, 0, 0}, {0, 1, 0}, {0, 0, -1}}}, 2, 'y', ' '},    // -x,y,-z
+      {{{{-1, 0, 0}, {0, -1, 0}, {0, 0, 1}}}, 2, 'z', ' '},    // -x,-y,z
+      {{{{-1, 0, 0}, {0, 0, -1}, {0, -1, 0}}}, 2, '\'', 'x'},  // -x,-z,-y
+      {{{{0, 0, -1}, {0, -1, 0}, {-1, 0, 0}}}, 2, '\'', 'y'},  // -z,-y,-x
+      {{{{0, -1, 0}, {-1, 0, 0}, {0, 0, -1}}}, 2, '\'', 'z'},  // -y,-x,-z
+      {{{{-1, 0, 0}, {0, 0, 1}, {0, 1, 0}}}, 2, '"', 'x'},     // -x,z,y
+      {{{{0, 0, 1}, {0, -1, 0}, {1, 0, 0}}}, 2, '"', 'y'},     // z,-y,x
+      {{{{0, 1, 0}, {1, 0, 0}, {0, 0, -1}}}, 2, '"', 'z'},     // y,x,-z
+      {{{{1, 0, 0}, {0, 0, -1}, {0, 1, -1}}}, 3, 'x', ' '},    // x,-z,y-z
+      {{{{-1, 0, 1}, {0, 1, 0}, {-1, 0, 0}}}, 3, 'y', ' '},    // -x+z,y,-x
+      {{{{0, -1, 0}, {1, -1, 0}, {0, 0, 1}}}, 3, 'z', ' '},    // -y,x-y,z
+      {{{{1, 0, 0}, {0, 0, -1}, {0, 1, 0}}}, 4, 'x', ' '},     // x,-z,y
+      {{{{0, 0, 1}, {0, 1, 0}, {-1, 0, 0}}}, 4, 'y', ' '},     // z,y,-x
+      {{{{0, -1, 0}, {1, 0, 0}, {0, 0, 1}}}, 4, 'z', ' '},     // -y,x,z
+      {{{{1, 0, 0}, {0, 1, -1}, {0, 1, 0}}}, 6, 'x', ' '},     // x,y-z,y
+      {{{{0, 0, 1}, {0, 1, 0}, {-1, 0, 1}}}, 6, 'y', ' '},     // z,y,-x+z
+      {{{{1, -1, 0}, {1, 0, 0}, {0, 0, 1}}}, 6, 'z', ' '},     // x-y,x,z
+      {{{{0, 0, 1}, {1, 0, 0}, {0, 1, 0}}}, 3, '*', ' '},      // z,x,y
+  }};
+  return table;
+}
 
 void get_so_from_hall(int& isystem, int& icentre, int& ibravl, int& ng, std::vector<Mat3i>& ss,
                       std::vector<Vec3>& ts, std::string& latsy, Vec3& co, int& num_g,
@@ -295,12 +239,11 @@ void get_so_from_hall(int& isystem, int& icentre, int& ibravl, int& ng, std::vec
     read_centre(h, n, icentre, co);
   }
 
-  const auto lattice = red.find(h.at(i));
-  if (lattice == std::string_view::npos) {
+  ibravl = h.at(i) == 'Z' ? 0 : ibravl_of(h.at(i));
+  if (ibravl == 0) {
     set_err_symm(" IBRAVL is Equal Zero");
     return;
   }
-  ibravl = static_cast<int>(lattice) + 1;
 
   std::vector<Generator> gens;
   int p = i + 2;
@@ -331,11 +274,9 @@ void get_so_from_hall(int& isystem, int& icentre, int& ibravl, int& ng, std::vec
     for (Generator& g : gens) change_origin(g, s);
   }
 
-  std::vector<Op12> tabla(1, Op12{});
-  for (int k = 0; k < 4; ++k)
-    tabla[0][static_cast<std::size_t>(k)][static_cast<std::size_t>(k)] = 1;
+  std::vector<Exact_Op> tabla{Exact_Op{}};
   if (!(gens.size() == 1 && gens[0].order == 1)) {
-    for (const Generator& g : gens) tabla.push_back(table_entry(g));
+    for (const Generator& g : gens) tabla.push_back(reduced(g.op));
   }
   num_g = static_cast<int>(gens.size());
 
@@ -347,13 +288,11 @@ void get_so_from_hall(int& isystem, int& icentre, int& ibravl, int& ng, std::vec
   ss.resize(tabla.size());
   ts.resize(tabla.size());
   for (std::size_t k = 0; k < tabla.size(); ++k) {
-    for (int r = 0; r < 3; ++r) {
-      for (int c = 0; c < 3; ++c) ss[k][r][c] = tabla[k][r][c];
-      ts[k][r] = static_cast<float>(tabla[k][r][3]) / 12.0f;
-    }
+    ss[k] = tabla[k].rot;
+    ts[k] = to_real(tabla[k].tr);
   }
   get_crystal_system_r_op(ng, ss, isystem, latsy);
-  latsy[1] = red[lattice];
+  latsy[1] = lattice_letters[static_cast<std::size_t>(ibravl) - 1];
   latsym(std::string_view(&latsy[1], 1));
 }
 

@@ -6,10 +6,10 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 
 #include "support/text.hpp"
 #include "symmetry/closure.hpp"
+#include "symmetry/exact_operator.hpp"
 #include "symmetry/records.hpp"
 
 namespace velmoria {
@@ -23,53 +23,18 @@ constexpr std::string_view ibra = "PABCFIR";
 constexpr std::string_view good = "123456ABCDMNP/- ";
 constexpr std::string_view axis_chars = "123456";
 constexpr std::string_view plane_chars = "ABCDMN";
-constexpr float tol = 0.0002f;
 
-constexpr float half = 0.5f;
-constexpr float quarter = 0.25f;
-constexpr float three_quarters = 0.75f;
-constexpr float third = 1.0f / 3.0f;
-constexpr float two_thirds = 2.0f / 3.0f;
-constexpr float sixth = 1.0f / 6.0f;
-constexpr float five_sixths = 5.0f / 6.0f;
-
-struct Op {
-  Mat3i r{};
-  Vec3 t{};
-};
-
-constexpr Mat3i identity3{{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
+// Fractions of a cell edge in the exact unit of translations.
+constexpr int half = op_den / 2;
+constexpr int quarter = op_den / 4;
+constexpr int three_quarters = 3 * op_den / 4;
+constexpr int third = op_den / 3;
+constexpr int two_thirds = 2 * op_den / 3;
+constexpr int sixth = op_den / 6;
+constexpr int five_sixths = 5 * op_den / 6;
 
 Mat3i diagonal(int a, int b, int c) {
   return Mat3i{{{a, 0, 0}, {0, b, 0}, {0, 0, c}}};
-}
-
-Mat3i mat_mul(const Mat3i& a, const Mat3i& b) {
-  Mat3i m{};
-  for (int i = 0; i < 3; ++i) {
-    for (int j = 0; j < 3; ++j) {
-      for (int k = 0; k < 3; ++k) m[i][j] += a[i][k] * b[k][j];
-    }
-  }
-  return m;
-}
-
-Vec3 mat_vec(const Mat3i& a, const Vec3& v) {
-  Vec3 w{};
-  for (int i = 0; i < 3; ++i) {
-    w[i] = static_cast<float>(a[i][0]) * v[0] + static_cast<float>(a[i][1]) * v[1] +
-           static_cast<float>(a[i][2]) * v[2];
-  }
-  return w;
-}
-
-// (a, b): matrix a.r b.r, translation a.r b.t + a.t, not reduced to the cell.
-Op product(const Op& a, const Op& b) {
-  Op p;
-  p.r = mat_mul(a.r, b.r);
-  p.t = mat_vec(a.r, b.t);
-  for (int i = 0; i < 3; ++i) p.t[i] += a.t[i];
-  return p;
 }
 
 // The work state of one reading.  Items and characters are numbered from 1 as in the symbol;
@@ -80,7 +45,7 @@ struct Hms_State {
   char letter = ' ';  // lattice letter
   int ncentro = 1;    // 1 acentric, 0 centre at the origin
   int ng = 1;
-  std::array<Op, max_hms_ops> ops{};
+  std::array<Exact_Op, max_hms_ops> ops{};
 
   char h(int i, int k) const {
     return hms[static_cast<std::size_t>(i - 1)][static_cast<std::size_t>(k - 1)];
@@ -90,8 +55,8 @@ struct Hms_State {
     item.fill(' ');
     for (std::size_t k = 0; k < text.size() && k < item.size(); ++k) item[k] = text[k];
   }
-  Op& op(int k) { return ops[static_cast<std::size_t>(k - 1)]; }
-  float& t(int r, int k) { return op(k).t[static_cast<std::size_t>(r - 1)]; }
+  Exact_Op& op(int k) { return ops[static_cast<std::size_t>(k - 1)]; }
+  int& t(int r, int k) { return op(k).tr[static_cast<std::size_t>(r - 1)]; }
   // Anywhere in item i.
   bool has(int i, char c) const {
     for (int k = 1; k <= item_len; ++k) {
@@ -111,7 +76,6 @@ struct Hms_State {
 void reset(Hms_State& s) {
   s = Hms_State{};
   for (auto& item : s.hms) item.fill(' ');
-  s.op(1).r = identity3;
 }
 
 // The lattice letter and the items.  A fourth item overwrites the third from its start and a
@@ -140,28 +104,6 @@ void split_symbol(Hms_State& s, const std::string& group) {
     if (c == '/') s.ncentro = 0;
   }
   s.m = std::min(count, num_items);
-}
-
-// ibravl of the lattice letters P A B C F I R.
-int ibravl_of(char letter) {
-  switch (letter) {
-    case 'P':
-      return 1;
-    case 'A':
-      return 2;
-    case 'B':
-      return 3;
-    case 'C':
-      return 4;
-    case 'I':
-      return 5;
-    case 'R':
-      return 6;
-    case 'F':
-      return 7;
-    default:
-      return 0;
-  }
 }
 
 // Crystal system and family letter; the short monoclinic form becomes the long one with the
@@ -313,7 +255,7 @@ void monoclinic(Hms_State& s) {
   const int sg = s.h(u, 1) == '2' ? -1 : 1;
   Mat3i r = diagonal(sg, sg, sg);
   r[static_cast<std::size_t>(u - 1)][static_cast<std::size_t>(u - 1)] = -sg;
-  s.op(2).r = r;
+  s.op(2).rot = r;
   for (int j = 1; j <= num_items; ++j) glide_of_item(s, j, 2);
 }
 
@@ -327,25 +269,25 @@ int next_axis(int i) {
 void orthorhombic_shift(Hms_State& s) {
   int nm = 0;
   for (int i = 1; i <= num_items; ++i) nm += s.has(i, 'M') ? 1 : 0;
-  Vec3 sh{quarter, quarter, quarter};
+  Vec3i sh{quarter, quarter, quarter};
   bool shift = false;
   if (s.letter == 'I') {
     shift = nm == 2;
   } else if ((s.letter == 'A' || s.letter == 'B' || s.letter == 'C') && (nm == 1 || nm == 2)) {
     const int c = s.letter - 'A' + 1;
     if (!s.has(c, 'M')) {
-      sh[static_cast<std::size_t>(c - 1)] = 0.0f;
+      sh[static_cast<std::size_t>(c - 1)] = 0;
       shift = true;
     }
   }
   if (!shift) return;
   for (int k = 1; k <= 4; ++k) {
-    Op& o = s.op(k);
-    const Vec3 rs = mat_vec(o.r, sh);
+    Exact_Op& o = s.op(k);
+    const Vec3i rs = mat_vec(o.rot, sh);
     for (int r = 0; r < 3; ++r) {
-      o.t[r] += sh[r] - rs[r];
-      if (o.t[r] > 1.0f) o.t[r] -= 1.0f;
-      if (o.t[r] < 0.0f) o.t[r] += 1.0f;
+      o.tr[r] += sh[r] - rs[r];
+      if (o.tr[r] > op_den) o.tr[r] -= op_den;
+      if (o.tr[r] < 0) o.tr[r] += op_den;
     }
   }
 }
@@ -353,20 +295,19 @@ void orthorhombic_shift(Hms_State& s) {
 // The 222 family: the screw components are distributed so that the three axes meet as in the
 // table's setting.
 void orthorhombic_222(Hms_State& s) {
-  const float x = s.t(1, 2);
-  const float y = s.t(2, 3);
-  const float z = s.t(3, 4);
-  const float sum = x + y + z;
-  if (std::fabs(sum) < tol) return;
+  const int x = s.t(1, 2);
+  const int y = s.t(2, 3);
+  const int z = s.t(3, 4);
+  const int sum = x + y + z;
+  if (sum == 0) return;
   if (sum <= half) {
-    if (std::fabs(x) >= tol) s.t(1, 4) = half;
-    if (std::fabs(y) >= tol) s.t(2, 2) = half;
-    if (std::fabs(z) >= tol) s.t(3, 3) = half;
-  } else if (sum <= 1.0f) {
-    constexpr float exact = 0.000001f;
-    if (std::fabs(x) < exact) s.t(3, 3) = s.t(2, 4) = half;
-    if (std::fabs(y) < exact) s.t(1, 4) = s.t(3, 2) = half;
-    if (std::fabs(z) < exact) s.t(2, 2) = s.t(1, 3) = half;
+    if (x != 0) s.t(1, 4) = half;
+    if (y != 0) s.t(2, 2) = half;
+    if (z != 0) s.t(3, 3) = half;
+  } else if (sum <= op_den) {
+    if (x == 0) s.t(3, 3) = s.t(2, 4) = half;
+    if (y == 0) s.t(1, 4) = s.t(3, 2) = half;
+    if (z == 0) s.t(2, 2) = s.t(1, 3) = half;
   } else {
     s.t(2, 2) = half;
     s.t(3, 3) = half;
@@ -379,13 +320,13 @@ void orthorhombic_222(Hms_State& s) {
 void orthorhombic_mm2(Hms_State& s) {
   int a = 2;
   for (int k = 2; k <= 4; ++k) {
-    if (determ_a_i(s.op(k).r) == 1) a = k;
+    if (determ_a_i(s.op(k).rot) == 1) a = k;
   }
   auto is_mn = [&](int i, int j) { return s.h(i, 1) == 'M' && s.h(j, 1) == 'N'; };
   const bool m_then_n = is_mn(1, 2) || is_mn(2, 3) || is_mn(3, 1);
   for (int r = 1; r <= 3; ++r) {
-    const float f = s.t(r, 2) + s.t(r, 3) + s.t(r, 4);
-    if (std::fabs(f) < tol || std::fabs(f - 1.0f) < tol) continue;
+    const int f = s.t(r, 2) + s.t(r, 3) + s.t(r, 4);
+    if (f == 0 || f == op_den) continue;
     if (m_then_n) {
       // t(1,4), t(2,2), t(3,3) for r = 1, 2, 3
       s.t(r, r == 1 ? 4 : r) = half;
@@ -409,7 +350,7 @@ void orthorhombic(Hms_State& s) {
     const int sg = g * (s.h(j, 1) == '2' ? -1 : 1);
     Mat3i r = diagonal(sg, sg, sg);
     r[static_cast<std::size_t>(j - 1)][static_cast<std::size_t>(j - 1)] = -sg;
-    s.op(j + 1).r = r;
+    s.op(j + 1).rot = r;
   }
   bool d_glide = false;
   for (int i = 1; i <= num_items; ++i) {
@@ -432,10 +373,7 @@ void orthorhombic(Hms_State& s) {
   }
   if (d_glide) return;
   if (centric) {
-    auto sum = [](float a, float b) {
-      const float v = a + b;
-      return std::fabs(v - 1.0f) < tol ? 0.0f : v;
-    };
+    auto sum = [](int a, int b) { return a + b == op_den ? 0 : a + b; };
     s.t(1, 2) = sum(s.t(1, 3), s.t(1, 4));
     s.t(2, 3) = sum(s.t(2, 4), s.t(2, 2));
     s.t(3, 4) = sum(s.t(3, 2), s.t(3, 3));
@@ -444,7 +382,7 @@ void orthorhombic(Hms_State& s) {
     return;
   }
   bool proper = true;
-  for (int k = 2; k <= 4; ++k) proper = proper && determ_a_i(s.op(k).r) == 1;
+  for (int k = 2; k <= 4; ++k) proper = proper && determ_a_i(s.op(k).rot) == 1;
   if (proper) {
     orthorhombic_222(s);
   } else {
@@ -453,26 +391,26 @@ void orthorhombic(Hms_State& s) {
 }
 
 // Second half of the group: op(n+i) = (e, te) op(i).
-void doubling(Hms_State& s, int n, const Mat3i& e, const Vec3& te) {
-  const Op eo{e, te};
-  for (int i = 1; i <= n; ++i) s.op(n + i) = product(eo, s.op(i));
+void doubling(Hms_State& s, int n, const Mat3i& e, const Vec3i& te) {
+  const Exact_Op eo{e, te};
+  for (int i = 1; i <= n; ++i) s.op(n + i) = eo * s.op(i);
 }
 
 // The translation of the glide of the second item of a tetragonal symbol.
-Vec3 tetragonal_glide(char c) {
+Vec3i tetragonal_glide(char c) {
   switch (c) {
     case 'C':
-      return Vec3{0, 0, half};
+      return Vec3i{0, 0, half};
     case 'B':
-      return Vec3{half, half, 0};
+      return Vec3i{half, half, 0};
     case 'N':
-      return Vec3{half, half, half};
+      return Vec3i{half, half, half};
     default:
-      return Vec3{0, 0, 0};
+      return Vec3i{0, 0, 0};
   }
 }
 
-float screw_of_4(char c) {
+int screw_of_4(char c) {
   switch (c) {
     case '1':
       return quarter;
@@ -481,17 +419,17 @@ float screw_of_4(char c) {
     case '3':
       return three_quarters;
     default:
-      return 0.0f;
+      return 0;
   }
 }
 
 // The fourfold axis (or -4) with its translation.
 void tetragonal_axis(Hms_State& s) {
   if (s.h(1, 1) == '-') {
-    s.op(2).r = Mat3i{{{0, 1, 0}, {-1, 0, 0}, {0, 0, -1}}};
+    s.op(2).rot = Mat3i{{{0, 1, 0}, {-1, 0, 0}, {0, 0, -1}}};
     return;
   }
-  s.op(2).r = Mat3i{{{0, -1, 0}, {1, 0, 0}, {0, 0, 1}}};
+  s.op(2).rot = Mat3i{{{0, -1, 0}, {1, 0, 0}, {0, 0, 1}}};
   s.t(3, 2) = screw_of_4(s.h(1, 2));
   if (s.h(1, 3) == 'N') s.t(1, 2) = half;
   if (s.h(1, 4) == 'N' && s.m == 3) s.t(1, 2) = half;
@@ -513,15 +451,12 @@ void tetragonal_axis(Hms_State& s) {
 void tetragonal(Hms_State& s) {
   s.ng = s.m == 3 ? 8 : 4;
   tetragonal_axis(s);
-  Op o3;
-  o3.r = diagonal(-1, -1, 1);
-  o3.t = mat_vec(s.op(2).r, s.op(2).t);
-  for (int r = 0; r < 3; ++r) o3.t[r] += s.op(2).t[r];
-  s.op(3) = o3;
-  s.op(4) = product(s.op(2), s.op(3));
+  // The square of the fourfold axis (or of -4) is the twofold axis -x,-y,z.
+  s.op(3) = s.op(2) * s.op(2);
+  s.op(4) = s.op(2) * s.op(3);
   if (s.m == 1) return;
   Mat3i e{};
-  Vec3 te{};
+  Vec3i te{};
   if (s.ncentro == 0) {
     e = diagonal(-1, 1, 1);
     te = tetragonal_glide(s.h(2, 1));
@@ -542,13 +477,13 @@ void tetragonal(Hms_State& s) {
     if (s.h(2, 2) == ' ' && s.letter != 'I' && s.h(1, 2) != ' ') {
       // 4_1: 3/4, 4_2: 1/2, 4_3: 1/4
       const char c = s.h(1, 2);
-      te[2] = c == '1' ? three_quarters : (c == '2' ? half : (c == '3' ? quarter : 0.0f));
+      te[2] = c == '1' ? three_quarters : (c == '2' ? half : (c == '3' ? quarter : 0));
     }
   }
   doubling(s, 4, e, te);
 }
 
-float screw_of_6(char c) {
+int screw_of_6(char c) {
   switch (c) {
     case '1':
       return sixth;
@@ -561,18 +496,18 @@ float screw_of_6(char c) {
     case '5':
       return five_sixths;
     default:
-      return 0.0f;
+      return 0;
   }
 }
 
 // The sixfold axis and its powers: x-y,x,z; -y,x-y,z; -x,-y,z; -x+y,-x,z; y,-x+y,z.
 void sixfold(Hms_State& s) {
-  s.op(2).r = Mat3i{{{1, -1, 0}, {1, 0, 0}, {0, 0, 1}}};
+  s.op(2).rot = Mat3i{{{1, -1, 0}, {1, 0, 0}, {0, 0, 1}}};
   s.t(3, 2) = screw_of_6(s.h(1, 2));
   for (int k = 3; k <= 6; ++k) {
-    Op p = product(s.op(2), s.op(k - 1));
-    for (float& c : p.t) {
-      if (c > 1.0f) c -= 1.0f;
+    Exact_Op p = s.op(2) * s.op(k - 1);
+    for (int& c : p.tr) {
+      if (c > op_den) c -= op_den;
     }
     s.op(k) = p;
   }
@@ -581,17 +516,17 @@ void sixfold(Hms_State& s) {
 // The threefold axis (and -6 from it); the number of operators before the doubling.
 int threefold(Hms_State& s) {
   if (s.h(1, 1) == '-' && s.h(1, 2) == '3') s.ncentro = 0;
-  s.op(2).r = Mat3i{{{0, -1, 0}, {1, -1, 0}, {0, 0, 1}}};
-  s.t(3, 2) = s.h(1, 2) == '1' ? third : (s.h(1, 2) == '2' ? two_thirds : 0.0f);
-  s.op(3).r = Mat3i{{{-1, 1, 0}, {-1, 0, 0}, {0, 0, 1}}};
-  float t3 = 2.0f * s.t(3, 2);
-  if (t3 >= 1.0f) t3 -= 1.0f;
+  s.op(2).rot = Mat3i{{{0, -1, 0}, {1, -1, 0}, {0, 0, 1}}};
+  s.t(3, 2) = s.h(1, 2) == '1' ? third : (s.h(1, 2) == '2' ? two_thirds : 0);
+  s.op(3).rot = Mat3i{{{-1, 1, 0}, {-1, 0, 0}, {0, 0, 1}}};
+  int t3 = 2 * s.t(3, 2);
+  if (t3 >= op_den) t3 -= op_den;
   s.t(3, 3) = t3;
   if (s.h(1, 2) != '6') return 3;
   for (int k = 1; k <= 3; ++k) {
-    Op o = s.op(k);
-    o.r[2][2] = -1;
-    o.t = Vec3{0, 0, 0};
+    Exact_Op o = s.op(k);
+    o.rot[2][2] = -1;
+    o.tr = Vec3i{0, 0, 0};
     s.op(k + 3) = o;
   }
   return 6;
@@ -615,32 +550,32 @@ void trigonal_hexagonal(Hms_State& s) {
     for (int k = 4; k <= 6; ++k) s.t(3, k) = half;
   }
   Mat3i e{};
-  Vec3 te{};
+  Vec3i te{};
   if (s.h(2, 1) == '1' && s.h(3, 1) == '2') {
     e = Mat3i{{{0, -1, 0}, {-1, 0, 0}, {0, 0, -1}}};
-    te[2] = 2.0f * s.t(3, 2);
-    if (te[2] > 1.0f) te[2] -= 1.0f;
+    te[2] = 2 * s.t(3, 2);
+    if (te[2] > op_den) te[2] -= op_den;
   } else if (s.h(2, 1) == '1') {
     e = Mat3i{{{0, 1, 0}, {1, 0, 0}, {0, 0, 1}}};
-    te[2] = s.h(3, 1) == 'C' ? half : 0.0f;
+    te[2] = s.h(3, 1) == 'C' ? half : 0;
   } else if (s.h(2, 1) == '2') {
     e = Mat3i{{{0, 1, 0}, {1, 0, 0}, {0, 0, -1}}};
     const bool screw_3 = s.h(1, 1) == '3' && (s.h(1, 2) == '1' || s.h(1, 2) == '2');
-    te[2] = screw_3 ? 0.0f : 2.0f * s.t(3, 2);
+    te[2] = screw_3 ? 0 : 2 * s.t(3, 2);
   } else {
     e = Mat3i{{{0, -1, 0}, {-1, 0, 0}, {0, 0, 1}}};
-    te[2] = s.h(2, 1) == 'C' ? half : 0.0f;
+    te[2] = s.h(2, 1) == 'C' ? half : 0;
   }
   doubling(s, n, e, te);
 }
 
 // The operator with its rows (and translation components) taken in the order i, j, k.
-Op permute_rows(const Op& o, int i, int j, int k) {
-  Op p;
+Exact_Op permute_rows(const Exact_Op& o, int i, int j, int k) {
+  Exact_Op p;
   const std::array<int, 3> order{i, j, k};
   for (std::size_t r = 0; r < 3; ++r) {
-    p.r[r] = o.r[static_cast<std::size_t>(order[r])];
-    p.t[r] = o.t[static_cast<std::size_t>(order[r])];
+    p.rot[r] = o.rot[static_cast<std::size_t>(order[r])];
+    p.tr[r] = o.tr[static_cast<std::size_t>(order[r])];
   }
   return p;
 }
@@ -649,10 +584,10 @@ void cubic(Hms_State& s) {
   s.ng = s.m == 3 ? 24 : 12;
   const char h11 = s.h(1, 1);
   if (h11 != '2' && h11 != '4' && h11 != '-') s.ncentro = 0;
-  s.op(2).r = diagonal(1, -1, -1);
-  s.op(3).r = diagonal(-1, 1, -1);
-  s.op(4).r = diagonal(-1, -1, 1);
-  auto set_pairs = [&](int r1, int r2, int r3, int r4, int r5, int r6, float v) {
+  s.op(2).rot = diagonal(1, -1, -1);
+  s.op(3).rot = diagonal(-1, 1, -1);
+  s.op(4).rot = diagonal(-1, -1, 1);
+  auto set_pairs = [&](int r1, int r2, int r3, int r4, int r5, int r6, int v) {
     s.t(r1, 2) = s.t(r2, 2) = v;
     s.t(r3, 3) = s.t(r4, 3) = v;
     s.t(r5, 4) = s.t(r6, 4) = v;
@@ -669,14 +604,14 @@ void cubic(Hms_State& s) {
   if (s.m != 3) return;
   const Mat3i e = s.h(3, 1) == '2' ? Mat3i{{{0, 1, 0}, {1, 0, 0}, {0, 0, -1}}}
                                    : Mat3i{{{0, 1, 0}, {1, 0, 0}, {0, 0, 1}}};
-  Vec3 te{};
-  if (s.h(3, 1) == 'C') te = Vec3{0, 0, half};
-  if (s.h(3, 1) == 'N' || s.h(1, 2) == '2') te = Vec3{half, half, half};
+  Vec3i te{};
+  if (s.h(3, 1) == 'C') te = Vec3i{0, 0, half};
+  if (s.h(3, 1) == 'N' || s.h(1, 2) == '2') te = Vec3i{half, half, half};
   if (s.h(3, 1) == 'D' || s.h(1, 2) == '1' || s.h(1, 2) == '3')
-    te = Vec3{quarter, quarter, quarter};
-  if (s.h(1, 2) == '1' && s.letter == 'P') te = Vec3{three_quarters, quarter, quarter};
-  if (s.h(1, 2) == '1' && s.letter == 'I') te = Vec3{quarter, three_quarters, three_quarters};
-  if (s.h(1, 2) == '3' && s.letter == 'P') te = Vec3{quarter, three_quarters, three_quarters};
+    te = Vec3i{quarter, quarter, quarter};
+  if (s.h(1, 2) == '1' && s.letter == 'P') te = Vec3i{three_quarters, quarter, quarter};
+  if (s.h(1, 2) == '1' && s.letter == 'I') te = Vec3i{quarter, three_quarters, three_quarters};
+  if (s.h(1, 2) == '3' && s.letter == 'P') te = Vec3i{quarter, three_quarters, three_quarters};
   doubling(s, 12, e, te);
 }
 
@@ -691,7 +626,7 @@ void put_reset_state(int& ng, std::vector<Mat3i>& ss, std::vector<Vec3>& ts) {
   ng = 1;
   ss.assign(max_hms_ops, Mat3i{});
   ts.assign(max_hms_ops, Vec3{});
-  ss[0] = identity3;
+  ss[0] = identity_matrix;
 }
 
 }  // namespace
@@ -744,8 +679,8 @@ void get_so_from_hms(int& isystem, int* icentre, int& ibravl, int& ng, std::vect
   ss.resize(static_cast<std::size_t>(ng));
   ts.resize(static_cast<std::size_t>(ng));
   for (int k = 1; k <= ng; ++k) {
-    ss[static_cast<std::size_t>(k - 1)] = s.op(k).r;
-    ts[static_cast<std::size_t>(k - 1)] = s.op(k).t;
+    ss[static_cast<std::size_t>(k - 1)] = s.op(k).rot;
+    ts[static_cast<std::size_t>(k - 1)] = to_real(s.op(k).tr);
   }
   mod_trans(ng, s.ncentro, ts, icentre);
 }

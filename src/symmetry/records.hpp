@@ -64,6 +64,12 @@ struct Space_Group_Type {
   std::array<Vec3, 2> asym_unit{Vec3{0, 0, 0}, Vec3{1, 1, 1}};  // lower, upper bounds
 };
 
+// Lattice letters in the order of their numbers (ibravl, inlat): 1 P, 2 A, 3 B, 4 C, 5 I, 6 R,
+// 7 F, 8 Z.
+constexpr std::string_view lattice_letters = "PABCIRFZ";
+// The number of a lattice letter (upper case), 0 for any other character.
+int ibravl_of(char letter);
+
 // Texts of `centre`, indexed by `centred`.
 extern const std::array<const char*, 3> centro;
 
@@ -75,29 +81,13 @@ struct Lattice_Centring_Type {
 void allocate_lattice_centring(Lattice_Centring_Type& record, int n, bool extended = false);
 
 // Globals of the symmetry library (one set per thread).
-extern constinit thread_local bool err_symm;
-extern thread_local std::string err_symm_mess;
+VELMORIA_ERROR_PAIR_DECLARATIONS(symm, Symm_Scope);
 extern constinit thread_local bool hexa;
 extern constinit thread_local int inlat;
 extern constinit thread_local char lat_ch;
 extern constinit thread_local std::array<Vec3, max_lattice_points> ltr;
 extern constinit thread_local int nlat;
-extern constinit thread_local int err_symm_depth;  // open Symm_Scope objects
-void init_err_symm();
-// The pair cleared and no scope counted: the state a run starts from.
-void reset_symm_state();
-// Sets err_symm and the message, cut to the 150 characters of err_symm_mess; an error that is
-// pending already is kept.
-void set_err_symm(std::string_view message);
-// Opened at the start of a routine that can raise err_symm: the outermost one clears the
-// pair, those of the routines it calls leave a pending error alone.
-struct Symm_Scope : Error_Scope {
-  Symm_Scope() : Error_Scope(err_symm, err_symm_mess, err_symm_depth) {}
-};
 
 Vec3 applyso(const Sym_Oper_Type& op, const Vec3& v);
-bool equal_symop(const Sym_Oper_Type& a, const Sym_Oper_Type& b);
-bool is_new_op(const Sym_Oper_Type& op, int n, const std::vector<Sym_Oper_Type>& list);
-Sym_Oper_Type product_symop(const Sym_Oper_Type& a, const Sym_Oper_Type& b);
 
 }  // namespace velmoria

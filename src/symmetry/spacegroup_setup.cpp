@@ -36,6 +36,7 @@ const char* const mess_generic = "Error in the provided symbol/number of the spa
 constexpr std::array<std::string_view, 7> hall_only_symbols = {
     "P N M 21", "P 21 N M", "P M 21 N", "B A M B", "C 4 2 21", "C -4 B 2", "F -4 D 2"};
 
+using setup_roads::Road;
 using setup_roads::Road_Result;
 
 void fail(const std::string& mess) {
@@ -101,7 +102,7 @@ Colon_Split split_colon(const std::string& spgm) {
 
 // The road and table row chosen from the text alone.
 struct Road_Choice {
-  std::string opcion;
+  std::optional<Road> opcion;
   int k = -1;  // 0-based row, -1 for none
   std::string spgm;
 };
@@ -125,39 +126,39 @@ bool choose_road_from_text(Road_Choice& rc, bool gen_given, bool force_hall) {
       rc.k = next_row(rc.k);
     }
     rc.spgm = hall_of_row(rc.k);
-    rc.opcion = "HAL";
+    rc.opcion = Road::hall;
     return true;
   }
   rc.k = row_of_hm(rc.spgm);
   if (rc.k >= 0) {
-    rc.opcion = "HMS";
+    rc.opcion = Road::hms;
     if (force_hall) {
-      rc.opcion = "HAL";
+      rc.opcion = Road::hall;
       rc.spgm = hall_of_row(rc.k);
     }
   }
-  if (rc.opcion == "HMS") {
+  if (rc.opcion == Road::hms) {
     std::string hm = trim(spgr_info()[rc.k].hm);
     if (std::find(hall_only_symbols.begin(), hall_only_symbols.end(), hm) !=
         hall_only_symbols.end()) {
-      rc.opcion = "HAL";
+      rc.opcion = Road::hall;
       rc.spgm = hall_of_row(rc.k);
     }
   }
   if (rc.k < 0) {
     rc.k = row_of_hall(rc.spgm);
-    rc.opcion = "HAL";
+    rc.opcion = Road::hall;
   }
-  if (rc.k < 0) rc.opcion = gen_given ? "GEN" : "HAL";
+  if (rc.k < 0) rc.opcion = gen_given ? Road::gen : Road::hall;
   return true;
 }
 
 bool choose_road_from_mode(Road_Choice& rc, std::string_view mode, const std::string& spgmc) {
-  rc.opcion = u_case(fixed(adjustl(mode), 3));
+  rc.opcion = setup_roads::road_of_mode(mode);
   rc.k = -1;
-  if (rc.opcion == "HMS") {
+  if (rc.opcion == Road::hms) {
     rc.k = row_of_hm(rc.spgm);
-  } else if (rc.opcion == "ITC") {
+  } else if (rc.opcion == Road::itc) {
     Colon_Split cs = split_colon(rc.spgm);
     rc.spgm = cs.before;
     int num = 0;
@@ -172,7 +173,7 @@ bool choose_road_from_mode(Road_Choice& rc, std::string_view mode, const std::st
       rc.spgm = spgmc;
       rc.k = row_of_hm(rc.spgm);
     }
-  } else if (rc.opcion == "HAL") {
+  } else if (rc.opcion == Road::hall) {
     rc.k = row_of_hall(rc.spgm);
   }
   return true;
@@ -259,8 +260,8 @@ bool road_gen(Space_Group_Type& spg, Road_Result& rr, const std::vector<std::str
 
 }  // namespace
 
-void setup_roads::road_hall(Space_Group_Type& spg, Road_Result& rr, const std::string& spgm,
-                            int k) {
+Road_Result setup_roads::road_hall(Space_Group_Type& spg, const std::string& spgm, int k) {
+  Road_Result rr;
   reduced_set_from_hall(rr, spgm);
   if (k >= 0) {
     fill_table_fields(spg, k + 1);
@@ -269,6 +270,7 @@ void setup_roads::road_hall(Space_Group_Type& spg, Road_Result& rr, const std::s
   }
   spg.crystal_sys = system_name(rr.isystem);
   spg.setting = "Generated from Hall symbol";
+  return rr;
 }
 
 namespace {
@@ -286,8 +288,9 @@ int num_gen_of_number(int num) {
 
 }  // namespace
 
-void setup_roads::road_hms(Space_Group_Type& spg, Road_Result& rr, std::string_view spacegen, int k,
-                           const std::string& row_hall) {
+Road_Result setup_roads::road_hms(Space_Group_Type& spg, std::string_view spacegen, int k,
+                                  const std::string& row_hall) {
+  Road_Result rr;
   bool colon = has_colon(spacegen);
   if (colon && k >= 0) {
     reduced_set_from_hall(rr, row_hall);
@@ -315,10 +318,12 @@ void setup_roads::road_hms(Space_Group_Type& spg, Road_Result& rr, std::string_v
       spg.num_gen = std::max(0, rr.num_g);
     }
   }
+  return rr;
 }
 
-void setup_roads::road_itc_generators(Space_Group_Type& spg, Road_Result& rr,
-                                      std::string_view spacegen, const std::string& gener, int k) {
+Road_Result setup_roads::road_itc_generators(Space_Group_Type& spg, std::string_view spacegen,
+                                             const std::string& gener, int k) {
+  Road_Result rr;
   reduced_set_from_generators(rr, split_generators(gener));
   if (k >= 0) {
     fill_table_fields(spg, k + 1);
@@ -327,6 +332,7 @@ void setup_roads::road_itc_generators(Space_Group_Type& spg, Road_Result& rr,
     spg.spg_symb = trim(fixed(adjustl(spacegen), spg_symb_len));
   }
   spg.crystal_sys = system_name(rr.isystem);
+  return rr;
 }
 
 namespace {
@@ -339,7 +345,7 @@ bool road_itc(Space_Group_Type& spg, Road_Result& rr, std::string_view spacegen,
          " => the HM symbol or the number is incorrect ");
     return false;
   }
-  setup_roads::road_itc_generators(spg, rr, spacegen, gener, k);
+  rr = setup_roads::road_itc_generators(spg, spacegen, gener, k);
   return true;
 }
 
@@ -504,28 +510,48 @@ void set_spacegroup(std::string_view spacegen, Space_Group_Type& spacegroup,
                      : choose_road_from_text(rc, gen != nullptr, force_hall);
   if (!chosen) return;
 
-  Road_Result rr;
-  bool ok = true;
-  if (rc.opcion == "FIX") {
-    ok = road_fix(spacegroup, rr, spacegen, gen, ngen);
-  } else if (rc.opcion == "GEN") {
-    ok = road_gen(spacegroup, rr, gen, ngen);
-  } else if (rc.opcion == "HAL") {
-    setup_roads::road_hall(spacegroup, rr, rc.spgm, rc.k);
-  } else if (rc.opcion == "HMS") {
-    setup_roads::road_hms(spacegroup, rr, spacegen, rc.k, rc.k >= 0 ? hall_of_row(rc.k) : "");
-  } else if (rc.opcion == "ITC") {
-    ok = road_itc(spacegroup, rr, spacegen, rc.spgm, rc.k);
-  } else {
+  if (!rc.opcion) {
     fail(" Problems in SpaceGroup");
     return;
   }
+  Road_Result rr;
+  bool ok = true;
+  switch (*rc.opcion) {
+    case Road::fix:
+      ok = road_fix(spacegroup, rr, spacegen, gen, ngen);
+      break;
+    case Road::gen:
+      ok = road_gen(spacegroup, rr, gen, ngen);
+      break;
+    case Road::hall:
+      rr = setup_roads::road_hall(spacegroup, rc.spgm, rc.k);
+      break;
+    case Road::hms:
+      rr = setup_roads::road_hms(spacegroup, spacegen, rc.k, rc.k >= 0 ? hall_of_row(rc.k) : "");
+      break;
+    case Road::itc:
+      ok = road_itc(spacegroup, rr, spacegen, rc.spgm, rc.k);
+      break;
+  }
   if (!ok) return;
-  setup_roads::finish_spacegroup(spacegroup, rr, rc.opcion, rc.k);
+  setup_roads::finish_spacegroup(spacegroup, rr, *rc.opcion, rc.k);
 }
 
-void setup_roads::finish_spacegroup(Space_Group_Type& spacegroup, const Road_Result& rr,
-                                    std::string_view opcion, int k) {
+std::optional<Road> setup_roads::road_of_mode(std::string_view mode) {
+  const std::string key = u_case(fixed(adjustl(mode), 3));
+  constexpr std::array<std::pair<std::string_view, Road>, 5> names = {{{"HMS", Road::hms},
+                                                                       {"HAL", Road::hall},
+                                                                       {"ITC", Road::itc},
+                                                                       {"GEN", Road::gen},
+                                                                       {"FIX", Road::fix}}};
+  for (const auto& [name, road] : names) {
+    if (key == name) return road;
+  }
+  return std::nullopt;
+}
+
+void setup_roads::finish_spacegroup(Space_Group_Type& spacegroup, const Road_Result& rr, Road road,
+                                    int k) {
   fill_common_fields(spacegroup, rr);
 
   if (err_symm) {
@@ -534,7 +560,7 @@ void setup_roads::finish_spacegroup(Space_Group_Type& spacegroup, const Road_Res
   }
   spacegroup.hexa_axes = hexagonal_form(rr);
   hexa = spacegroup.hexa_axes;
-  bool fixed_list = (opcion == "FIX");
+  const bool fixed_list = road == Road::fix;
   expand_operators(spacegroup, rr, fixed_list);
   if (k < 0) {
     get_laue_pg(spacegroup, spacegroup.laue, spacegroup.pg);
@@ -544,7 +570,7 @@ void setup_roads::finish_spacegroup(Space_Group_Type& spacegroup, const Road_Res
   if (rr.icentre == 0 && rr.ng < spacegroup.multip) {
     spacegroup.centre = trim(spacegroup.centre) + "  Gen(-1):" + spacegroup.symop_symb[rr.ng];
   }
-  if (opcion == "GEN") get_hallsymb_from_gener(spacegroup);
+  if (road == Road::gen) get_hallsymb_from_gener(spacegroup);
   if (!is_blank(spacegroup.spg_symb)) {
     attach_special_orbits(spacegroup);
     lower_symbol_case(spacegroup.spg_symb);

@@ -19,25 +19,9 @@
 
 namespace velmoria {
 
-constinit thread_local bool err_math3d = false;
-thread_local std::string err_math3d_mess;
+VELMORIA_ERROR_PAIR_DEFINITIONS(math3d, std::string::npos)
 constexpr float eps_math3d_default = 1.0e-5f;
 constinit thread_local float eps_math3d = eps_math3d_default;
-
-constinit thread_local int err_math3d_depth = 0;
-
-void init_err_math3d() {
-  clear_error_pair(err_math3d, err_math3d_mess);
-}
-
-void reset_math3d_state() {
-  clear_error_pair(err_math3d, err_math3d_mess);
-  err_math3d_depth = 0;
-}
-
-void set_err_math3d(std::string_view message) {
-  raise_error_pair(err_math3d, err_math3d_mess, message);
-}
 
 void set_eps_default() {
   eps_math3d = eps_math3d_default;

@@ -21,19 +21,8 @@ using Vec3i = std::array<int, 3>;
 using Vec2i = std::array<int, 2>;
 
 // Error pair and tolerance of the linear-system solvers below.
-extern constinit thread_local bool err_math3d;
-extern thread_local std::string err_math3d_mess;
-extern constinit thread_local float eps_math3d;      // 1.0e-5 by default
-extern constinit thread_local int err_math3d_depth;  // open Math3d_Scope objects
-void init_err_math3d();
-// The pair cleared and no scope counted: the state a run starts from.
-void reset_math3d_state();
-// Sets err_math3d and the message; an error that is pending already is kept.
-void set_err_math3d(std::string_view message);
-// Opened at the start of a routine that can raise err_math3d; only the outermost clears it.
-struct Math3d_Scope : Error_Scope {
-  Math3d_Scope() : Error_Scope(err_math3d, err_math3d_mess, err_math3d_depth) {}
-};
+VELMORIA_ERROR_PAIR_DECLARATIONS(math3d, Math3d_Scope);
+extern constinit thread_local float eps_math3d;  // 1.0e-5 by default
 // Restores eps_math3d to its default 1.0e-5.
 void set_eps_default();
 

@@ -6,20 +6,7 @@
 
 namespace velmoria {
 
-constinit thread_local int err_symtab_depth = 0;
-
-void init_err_symtab() {
-  clear_error_pair(err_symtab, err_symtab_mess);
-}
-
-void reset_symtab_state() {
-  clear_error_pair(err_symtab, err_symtab_mess);
-  err_symtab_depth = 0;
-}
-
-void set_err_symtab(std::string_view message) {
-  raise_error_pair(err_symtab, err_symtab_mess, message);
-}
+VELMORIA_ERROR_PAIR_DEFINITIONS(symtab, std::string::npos)
 
 // The tables are constant data of the program: touching them is all that loading needs.
 void set_spgr_info() {

@@ -92,18 +92,7 @@ extern const std::array<std::string_view, 48> kov_oh;     // 3
 extern const std::array<std::string_view, 24> kov_d6h;    // 3
 
 // Error pair of the tables module.
-extern constinit thread_local bool err_symtab;
-extern thread_local std::string err_symtab_mess;     // 150
-extern constinit thread_local int err_symtab_depth;  // open Symtab_Scope objects
-void init_err_symtab();
-// The pair cleared and no scope counted: the state a run starts from.
-void reset_symtab_state();
-// Sets err_symtab and the message; an error that is pending already is kept.
-void set_err_symtab(std::string_view message);
-// Opened at the start of a routine that can raise err_symtab; only the outermost clears it.
-struct Symtab_Scope : Error_Scope {
-  Symtab_Scope() : Error_Scope(err_symtab, err_symtab_mess, err_symtab_depth) {}
-};
+VELMORIA_ERROR_PAIR_DECLARATIONS(symtab, Symtab_Scope);
 
 // The generators of a standard group, by number or by the tabulated symbol (either case).
 // genstr receives columns 12 to 120 of the row (genstr_len characters, beginning with a

@@ -172,7 +172,4 @@ const std::array<std::string_view, 24> kov_d6h{
 };
 // clang-format on
 
-constinit thread_local bool err_symtab = false;
-thread_local std::string err_symtab_mess;
-
 }  // namespace velmoria

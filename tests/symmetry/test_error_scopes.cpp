@@ -68,9 +68,9 @@ TEST(SetupRoadErrors, EachRoadOfSetSpacegroupReportsItsFailure) {
 // runs inside its own scope.  Each road is run once with a good text (the group comes out) and
 // once with a bad one.
 TEST(SetupRoadErrors, RoadsOnATabulatedRowKeepTheReadingError) {
-  using Road = std::function<void(Space_Group_Type&, Road_Result&, const std::string&, int)>;
+  using Road = std::function<Road_Result(Space_Group_Type&, const std::string&, int)>;
   struct Case {
-    const char* opcion;
+    setup_roads::Road opcion;
     int row;
     Road road;
     std::string good, bad, message;
@@ -79,29 +79,32 @@ TEST(SetupRoadErrors, RoadsOnATabulatedRowKeepTheReadingError) {
   ASSERT_GE(p21c, 0);
   ASSERT_GE(p2m, 0);
   ASSERT_GE(choice, 0);
-  const Road hall = [](Space_Group_Type& g, Road_Result& rr, const std::string& s, int k) {
-    setup_roads::road_hall(g, rr, s, k);
+  const Road hall = [](Space_Group_Type& g, const std::string& s, int k) {
+    return setup_roads::road_hall(g, s, k);
   };
   // The Hermann-Mauguin road on a row with a choice reads the row's Hall symbol, given here.
-  const Road hms_hall = [](Space_Group_Type& g, Road_Result& rr, const std::string& s, int k) {
-    setup_roads::road_hms(g, rr, trim(spgr_info()[k].hm), k, s);
+  const Road hms_hall = [](Space_Group_Type& g, const std::string& s, int k) {
+    return setup_roads::road_hms(g, trim(spgr_info()[k].hm), k, s);
   };
-  const Road hms = [](Space_Group_Type& g, Road_Result& rr, const std::string& s, int k) {
-    setup_roads::road_hms(g, rr, s, k, "");
+  const Road hms = [](Space_Group_Type& g, const std::string& s, int k) {
+    return setup_roads::road_hms(g, s, k, "");
   };
-  const Road itc = [](Space_Group_Type& g, Road_Result& rr, const std::string& s, int k) {
-    setup_roads::road_itc_generators(g, rr, trim(spgr_info()[k].hm), s, k);
+  const Road itc = [](Space_Group_Type& g, const std::string& s, int k) {
+    return setup_roads::road_itc_generators(g, trim(spgr_info()[k].hm), s, k);
   };
   const std::vector<Case> cases = {
-      {"HAL", p21c, hall, trim(spgr_info()[p21c].hall), "Q 1", bad_lattice},
+      {setup_roads::Road::hall, p21c, hall, trim(spgr_info()[p21c].hall), "Q 1", bad_lattice},
       // A generator the Hall reading cannot take fails without a message of its own.
-      {"HAL", p21c, hall, "", "P 7", "Error in the provided symbol/number of the space group"},
-      {"HMS", choice, hms_hall, trim(spgr_info()[choice].hall), "Q 1", bad_lattice},
-      {"HMS", p2m, hms, "P 1 2/m 1", "P 5", fivefold},
-      {"ITC", p21c, itc, "-x,y+1/2,-z+1/2;-x,-y,-z", "-x,y+1/2,-z+q;-x,-y,-z", bad_character},
+      {setup_roads::Road::hall, p21c, hall, "", "P 7",
+       "Error in the provided symbol/number of the space group"},
+      {setup_roads::Road::hms, choice, hms_hall, trim(spgr_info()[choice].hall), "Q 1",
+       bad_lattice},
+      {setup_roads::Road::hms, p2m, hms, "P 1 2/m 1", "P 5", fivefold},
+      {setup_roads::Road::itc, p21c, itc, "-x,y+1/2,-z+1/2;-x,-y,-z", "-x,y+1/2,-z+q;-x,-y,-z",
+       bad_character},
   };
   for (const Case& c : cases) {
-    SCOPED_TRACE(std::string(c.opcion) + " " + c.bad);
+    SCOPED_TRACE(c.bad);
     for (const bool good : {true, false}) {
       if (good && c.good.empty()) continue;
       reset_symm_state();
@@ -110,8 +113,7 @@ TEST(SetupRoadErrors, RoadsOnATabulatedRowKeepTheReadingError) {
       std::string mess;
       {
         const Symm_Scope scope;
-        Road_Result rr;
-        c.road(spg, rr, good ? c.good : c.bad, c.row);
+        const Road_Result rr = c.road(spg, good ? c.good : c.bad, c.row);
         setup_roads::finish_spacegroup(spg, rr, c.opcion, c.row);
         failed = err_symm;
         mess = err_symm_mess;

@@ -1,0 +1,106 @@
+// Exact operators: product, inverse, equality and reduction modulo the lattice, on hand-worked
+// operators and on whole groups, which must be closed under products and inverses.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "symmetry/exact_operator.hpp"
+#include "symmetry/hall_symbols.hpp"
+#include "symmetry/hm_symbols.hpp"
+
+namespace velmoria {
+namespace {
+
+constexpr Mat3i four_z{{{0, -1, 0}, {1, 0, 0}, {0, 0, 1}}};    // -y,x,z
+constexpr Mat3i three_z{{{0, -1, 0}, {1, -1, 0}, {0, 0, 1}}};  // -y,x-y,z
+constexpr Mat3i two_z{{{-1, 0, 0}, {0, -1, 0}, {0, 0, 1}}};    // -x,-y,z
+constexpr Mat3i two_y{{{-1, 0, 0}, {0, 1, 0}, {0, 0, -1}}};    // -x,y,-z
+constexpr Mat3i two_x{{{1, 0, 0}, {0, -1, 0}, {0, 0, -1}}};    // x,-y,-z
+
+TEST(ExactOperator, ScrewAxisPowersAddTheirTranslations) {
+  const Exact_Op screw{four_z, {0, 0, 6}};  // 4_1: -y,x,z+1/4
+  const Exact_Op square = screw * screw;
+  EXPECT_EQ(square, (Exact_Op{two_z, {0, 0, 12}}));  // -x,-y,z+1/2
+  const Exact_Op fourth = square * square;
+  EXPECT_EQ(fourth, (Exact_Op{identity_matrix, {0, 0, 24}}));  // one whole cell along c
+  EXPECT_NE(fourth, Exact_Op{});
+  EXPECT_EQ(reduced(fourth), Exact_Op{});
+}
+
+TEST(ExactOperator, ProductAppliesTheRightFactorFirst) {
+  // (-x+1/2,-y,z+1/2)(-x,y+1/2,-z+1/2) = x+1/2,-y+1/2,-z, once brought into the cell.
+  const Exact_Op a{two_z, {12, 0, 12}};
+  const Exact_Op b{two_y, {0, 12, 12}};
+  const Exact_Op ab = a * b;
+  EXPECT_EQ(ab, (Exact_Op{two_x, {12, -12, 24}}));
+  EXPECT_EQ(reduced(ab), (Exact_Op{two_x, {12, 12, 0}}));
+  EXPECT_EQ(reduced(b * a), (Exact_Op{two_x, {12, 12, 0}}));
+  // x+1/2 rather than x: the two translations differ by one 24th and the operators differ.
+  EXPECT_NE((Exact_Op{two_x, {12, 12, 0}}), (Exact_Op{two_x, {11, 12, 0}}));
+}
+
+TEST(ExactOperator, InverseUndoesTheOperator) {
+  const Exact_Op screw{three_z, {0, 0, 8}};  // 3_1: -y,x-y,z+1/3
+  const Exact_Op inv = inverse(screw);
+  const Mat3i three_z_inv{{{-1, 1, 0}, {-1, 0, 0}, {0, 0, 1}}};  // -x+y,-x,z
+  EXPECT_EQ(inv, (Exact_Op{three_z_inv, {0, 0, -8}}));
+  EXPECT_EQ(reduced(inv).tr, (Vec3i{0, 0, 16}));  // z+2/3
+  EXPECT_EQ(screw * inv, Exact_Op{});
+  EXPECT_EQ(inv * screw, Exact_Op{});
+  // An improper operator: a glide plane x,-y,z+1/2 is its own inverse modulo the lattice.
+  const Exact_Op glide{negated(two_y), {0, 0, 12}};
+  EXPECT_EQ(reduced(inverse(glide)), glide);
+  EXPECT_EQ(negated(inversion_matrix), identity_matrix);
+}
+
+TEST(ExactOperator, ReductionBringsEachComponentIntoTheCell) {
+  EXPECT_EQ(mod_cell(-1), op_den - 1);
+  EXPECT_EQ(mod_cell(op_den), 0);
+  EXPECT_EQ(mod_cell(-op_den), 0);
+  EXPECT_EQ(mod_cell(2 * op_den + 1), 1);
+  EXPECT_EQ(reduced(Vec3i{-6, 30, 12}), (Vec3i{18, 6, 12}));
+  // Reals are rounded to twelfths: 1/8 becomes 2/12 (nint(1.5) = 2), 1/3 stays 1/3.
+  EXPECT_EQ(twelfths_of(Vec3{0.125f, 1.0f / 3.0f, -0.5f}), (Vec3i{4, 8, -12}));
+  const Vec3 back = to_real(Vec3i{8, 12, 18});
+  EXPECT_EQ(back, (Vec3{1.0f / 3.0f, 0.5f, 0.75f}));
+}
+
+// The operators of a group as exact operators in [0,1).
+std::vector<Exact_Op> exact_set(const std::vector<Mat3i>& ss, const std::vector<Vec3>& ts, int ng) {
+  std::vector<Exact_Op> ops;
+  for (int i = 0; i < ng; ++i) ops.push_back(reduced(Exact_Op{ss[i], twelfths_of(ts[i])}));
+  return ops;
+}
+
+void expect_closed(const std::vector<Exact_Op>& ops, const std::string& name) {
+  ASSERT_FALSE(ops.empty()) << name;
+  EXPECT_EQ(ops.front(), Exact_Op{}) << name;
+  auto held = [&](const Exact_Op& g) { return std::find(ops.begin(), ops.end(), g) != ops.end(); };
+  for (const Exact_Op& a : ops) {
+    EXPECT_TRUE(held(reduced(inverse(a)))) << name;
+    for (const Exact_Op& b : ops) EXPECT_TRUE(held(reduced(a * b))) << name;
+  }
+}
+
+TEST(ExactOperator, PrimitiveGroupsAreClosedUnderProductsAndInverses) {
+  int isystem = 0, icentre = 0, ibravl = 0, ng = 0, num_g = 0;
+  std::vector<Mat3i> ss;
+  std::vector<Vec3> ts;
+  std::string latsy;
+  Vec3 co{};
+  for (const char* hall : {"P 61 2 (0 0 -1)", "P 2ac 2ab", "P 4 2 3", "P 31 2c (0 0 1)"}) {
+    get_so_from_hall(isystem, icentre, ibravl, ng, ss, ts, latsy, co, num_g, hall);
+    ASSERT_FALSE(err_symm) << hall;
+    expect_closed(exact_set(ss, ts, ng), hall);
+  }
+  for (const char* hm : {"P 65 2 2", "P 21 21 21", "P 42/N", "P N -3 N"}) {
+    get_so_from_hms(isystem, &icentre, ibravl, ng, ss, ts, latsy, hm);
+    ASSERT_FALSE(err_symm) << hm;
+    expect_closed(exact_set(ss, ts, ng), hm);
+  }
+}
+
+}  // namespace
+}  // namespace velmoria
