@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "analysis/irrep_tables.hpp"
+#include "lorsk/supplied_irreps.hpp"
 #include "support/layout.hpp"
 #include "support/numeric.hpp"
 #include "support/text.hpp"
@@ -15,8 +16,7 @@ namespace velmoria {
 
 namespace {
 
-constexpr std::size_t op_string_width = 20;  // an operator of a block counts up to 20 columns
-constexpr std::size_t spgr_width = 20;       // the symbol of a SPGR line
+constexpr std::size_t spgr_width = 20;  // the symbol of a SPGR line
 
 // A number of a block line: whole numbers as integers, others with seven decimals.
 std::string block_number(float v) {

@@ -19,8 +19,7 @@ namespace {
 
 constexpr std::array<std::string_view, 3> block_heads = {"LITTLE_GROUP", "FULL_GROUP_IR",
                                                          "EXTENDED_LITTLE_GROUP"};
-constexpr std::size_t op_string_width = 20;  // an operator of a block counts up to 20 columns
-constexpr std::size_t name_width = 10;       // the name of a supplied representation
+constexpr std::size_t name_width = 10;  // the name of a supplied representation
 
 // The part of a block line behind its first ":"; the whole line when it has none.
 std::string behind_colon(const std::string& line) {

@@ -17,6 +17,9 @@
 
 namespace velmoria {
 
+// Columns of the operator text behind the colon of an operator line that a block reads.
+constexpr std::size_t op_string_width = 20;
+
 // What stops the reading of a block, and whether its message goes to the console alone (a
 // line of numbers that cannot be read) or to the result file as well.
 struct Block_Error {
