@@ -16,51 +16,20 @@
 
 namespace velmoria {
 
-Op4 op_product(const Op4& a, const Op4& b) {
-  Op4 c{};
-  for (int i = 0; i < 4; ++i) {
-    for (int j = 0; j < 4; ++j) {
-      int s = 0;
-      for (int l = 0; l < 4; ++l) s += a[i][l] * b[l][j];
-      c[i][j] = s;
-    }
-  }
-  return c;
-}
-
-bool same_rotation(const Op4& a, const Op4& b) {
-  for (int i = 0; i < 3; ++i) {
-    for (int j = 0; j < 3; ++j) {
-      if (a[i][j] != b[i][j]) return false;
-    }
-  }
-  return true;
-}
-
-Op4 op4_from_symop(const Sym_Oper_Type& op) {
-  Op4 m{};
-  for (int i = 0; i < 3; ++i) {
-    for (int j = 0; j < 3; ++j) m[i][j] = op.rot[i][j];
-    m[i][3] = static_cast<int>(std::lround(24.0f * op.tr[i]));
-  }
-  m[3][3] = 1;
-  return m;
-}
-
 namespace {
 
-std::string operator_text(const Op4& m) {
-  return get_symsymbi(rotation_of(m), translation_of(m));
+std::string operator_text(const Exact_Op& op) {
+  return get_symsymbi(op.rot, to_real(op.tr));
 }
 
 }  // namespace
 
-bool closure(Op_Table& table, const Op4& g, int& next, int start) {
+bool closure(Op_Table& table, const Exact_Op& g, int& next, int start) {
   const int last_slot = op_slots - 1;
   if (start < 2 || next < start || next > op_slots - 1) return false;
   // A generator whose rotation the group already holds adds nothing.
   for (int q = 1; q < next; ++q) {
-    if (same_rotation(table[q], g)) return true;
+    if (table[q].rot == g.rot) return true;
   }
   if (next > max_group_ops) return false;
   const int first = next;
@@ -69,10 +38,10 @@ bool closure(Op_Table& table, const Op4& g, int& next, int start) {
   while (true) {
     const int slot = (n - 1) % max_group_ops + 1;
     // Past 48 operators the product wraps to slot 1: it is kept aside, so the identity stays.
-    const Op4 current = slot == first ? g : op_product(g, table[n - start + 1]);
+    const Exact_Op current = slot == first ? g : g * table[n - start + 1];
     if (slot == n) table[slot] = current;
     for (int q = 1; q <= n - 1 && q <= max_group_ops; ++q) {
-      if (same_rotation(table[q], current)) {
+      if (table[q].rot == current.rot) {
         next = n;
         return true;
       }
@@ -80,7 +49,7 @@ bool closure(Op_Table& table, const Op4& g, int& next, int start) {
     if (slot != n) return false;  // a 49th rotation: no crystallographic group
     n += 1;
     if (n + start - 3 > last_slot) return false;
-    for (int q = 1; q <= start - 2; ++q) table[n + q - 1] = op_product(current, table[q + 1]);
+    for (int q = 1; q <= start - 2; ++q) table[n + q - 1] = current * table[q + 1];
     n += start - 2;
     next = n;
   }
@@ -92,7 +61,7 @@ bool gener(const Op_Table& tmp, int m, Op_Table& sub, int& next, int start) {
 
 int get_generatorsk(std::string& unit, std::string_view group_text, bool gen_flag,
                     const std::string* symbol, Space_Group_Type& spg,
-                    std::array<Op4, max_space_generators>& GENERA, int& ngenera, int& NUM) {
+                    std::array<Exact_Op, max_space_generators>& GENERA, int& ngenera, int& NUM) {
   ngenera = 0;
   NUM = 0;
   if (gen_flag) {
@@ -119,20 +88,14 @@ int get_generatorsk(std::string& unit, std::string_view group_text, bool gen_fla
       (extra == 1 && spg.num_ops >= nsym) || static_cast<int>(spg.symop_symb.size()) < nsym) {
     return status_not_determined;
   }
-  for (int i = 1; i <= num_gen; ++i) GENERA[i - 1] = op4_from_symop(spg.symop[i]);
+  for (int i = 1; i <= num_gen; ++i) GENERA[i - 1] = to_exact(spg.symop[i]);
   ngenera = num_gen;
+  // The centre of symmetry is the last generator: -1 at the origin, or -1 with the
+  // translation of the operator that puts the centre off the origin.
   if (spg.centred == 2) {
-    GENERA[ngenera] = Op4{};
-    for (int i = 0; i < 3; ++i) GENERA[ngenera][i][i] = -1;
-    GENERA[ngenera][3][3] = 1;
-    ++ngenera;
+    GENERA[ngenera++] = {inversion_matrix, {}};
   } else if (spg.centred == 0) {
-    GENERA[ngenera] = Op4{};
-    for (int i = 0; i < 3; ++i) GENERA[ngenera][i][i] = -1;
-    const Op4 centre = op4_from_symop(spg.symop[spg.num_ops]);
-    for (int i = 0; i < 3; ++i) GENERA[ngenera][i][3] = centre[i][3];
-    GENERA[ngenera][3][3] = 1;
-    ++ngenera;
+    GENERA[ngenera++] = {inversion_matrix, to_exact(spg.symop[spg.num_ops]).tr};
   }
 
   put(unit, "/,a,i3,/", " => Number of generators of space group: ", ngenera);
@@ -155,9 +118,9 @@ bool chain_from_operators(Lorsk_Work& w, const Space_Group_Type& spg, int expect
   Lorsk_Work all;
   all.order = expected;
   all.BL = "  ";
-  for (int i = 1; i <= expected; ++i) all.SUP[i] = op4_from_symop(spg.symop[i - 1]);
-  if (!same_rotation(all.SUP[1], unit_op4())) return false;
-  all.SUB[1] = unit_op4();
+  for (int i = 1; i <= expected; ++i) all.SUP[i] = to_exact(spg.symop[i - 1]);
+  if (all.SUP[1].rot != identity_matrix) return false;
+  all.SUB[1] = Exact_Op{};
   std::string scratch;
   if (!little_group(scratch, all, "  ") || all.N != expected) return false;
   w.SUP = all.SUB;
@@ -171,7 +134,7 @@ bool chain_from_operators(Lorsk_Work& w, const Space_Group_Type& spg, int expect
 
 int space_group(std::string& unit, Lorsk_Work& w, Space_Group_Type& spg,
                 std::string_view group_text, int newk, bool gen_flag, const std::string* symbol) {
-  std::array<Op4, max_space_generators> GENERA{};
+  std::array<Exact_Op, max_space_generators> GENERA{};
   int ngenera = 0;
   int NUM = 0;
   const int status = get_generatorsk(unit, group_text, gen_flag, symbol, spg, GENERA, ngenera, NUM);
@@ -181,7 +144,7 @@ int space_group(std::string& unit, Lorsk_Work& w, Space_Group_Type& spg,
 
   // The generators wait at the top of the table while the group grows from slot 1.
   for (int i = 1; i <= ngenera; ++i) w.SUP[op_slots - 1 - i] = GENERA[i - 1];
-  w.SUP[1] = unit_op4();
+  w.SUP[1] = Exact_Op{};
   w.IGP.fill(0);
   int next = 2;
   bool closed = true;
@@ -248,12 +211,12 @@ bool little_group(std::string& unit, Lorsk_Work& w, std::string_view label) {
   int inversion = 0;
   const int order = std::min(w.order, max_group_ops);
   for (int m = 2; m <= order; ++m) {
-    const Op4& op = w.SUP[m];
+    const Exact_Op& op = w.SUP[m];
     std::array<int, 3> ND{};
     bool integral = true;
     for (int c = 0; c < 3; ++c) {
       float D = 0.0f;
-      for (int r = 0; r < 3; ++r) D += w.k[r] * static_cast<float>(op[r][c]);
+      for (int r = 0; r < 3; ++r) D += w.k[r] * static_cast<float>(op.rot[r][c]);
       D -= w.k[c];
       ND[c] = static_cast<int>(std::lround(D));
       if (std::fabs(D - static_cast<float>(ND[c])) >= 0.0001f) integral = false;
@@ -261,7 +224,7 @@ bool little_group(std::string& unit, Lorsk_Work& w, std::string_view label) {
     if (!integral || !reciprocal_lattice_vector(ND, reciprocal_test_letter(w.BL))) continue;
     n += 1;
     TMP[n] = op;
-    const Mat3i rot = rotation_of(op);
+    const Mat3i& rot = op.rot;
     const int trace = trace_i(rot);
     const int det = determ_a_i(rot);
     const bool diagonal = rot[0][1] == 0 && rot[0][2] == 0 && rot[1][0] == 0 && rot[1][2] == 0 &&
@@ -282,7 +245,7 @@ bool little_group(std::string& unit, Lorsk_Work& w, std::string_view label) {
   auto cover = [&](int from, int to) {
     for (int q = std::max(from, 1); q <= to; ++q) {
       for (int m = 2; m <= n; ++m) {
-        if (same_rotation(TMP[m], w.SUB[q])) SFL[m].sfl[4] = false;
+        if (TMP[m].rot == w.SUB[q].rot) SFL[m].sfl[4] = false;
       }
     }
   };

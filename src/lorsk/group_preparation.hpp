@@ -1,5 +1,5 @@
-// Preparation of the groups for Zak's induction: the space group as 4 x 4 integer operators
-// in 24ths (SUP), the little group of k in the order of a chain of normal subgroups of
+// Preparation of the groups for Zak's induction: the space group as exact operators in 24ths
+// (SUP), the little group of k in the order of a chain of normal subgroups of
 // index 2 or 3 (SUB), and the slots where that chain grows (IGB).
 #pragma once
 
@@ -20,20 +20,11 @@ constexpr int status_done = 0;
 constexpr int status_not_determined = 1;  // the generators give no complete space group
 constexpr int status_setup_failed = 2;    // set_spacegroup failed: err_symm, err_symm_mess
 
-// The plain 4 x 4 product a b (translations not reduced).
-Op4 op_product(const Op4& a, const Op4& b);
-
-// The same 3 x 3 rotation part.
-bool same_rotation(const Op4& a, const Op4& b);
-
-// Operator of symop `op` with its translation in rounded 24ths.
-Op4 op4_from_symop(const Sym_Oper_Type& op);
-
 // The group made from g and the group H held in slots 1 .. start-1 of `table`; `next` enters
 // equal to `start` and leaves one past the last slot filled.  The cosets g^m H go to slots
 // j + m (start-1).  False when the table would overflow its slots (no crystallographic
 // group of up to 48 operators does that).
-bool closure(Op_Table& table, const Op4& g, int& next, int start);
+bool closure(Op_Table& table, const Exact_Op& g, int& next, int start);
 
 // The closure above with entry m of `tmp` as the new generator of `sub`.
 bool gener(const Op_Table& tmp, int m, Op_Table& sub, int& next, int start);
@@ -44,7 +35,7 @@ bool gener(const Op_Table& tmp, int m, Op_Table& sub, int& next, int start);
 // Returns a status as above.
 int get_generatorsk(std::string& unit, std::string_view group_text, bool gen_flag,
                     const std::string* symbol, Space_Group_Type& spg,
-                    std::array<Op4, max_space_generators>& GENERA, int& ngenera, int& NUM);
+                    std::array<Exact_Op, max_space_generators>& GENERA, int& ngenera, int& NUM);
 
 // The space group without centring translations: w.SUP in closure order, w.order = w.nsup,
 // w.IGP, w.ngen_sup; spg filled; the list of coset representatives written unless newk is 1.

@@ -64,8 +64,8 @@ void fill_store(std::string& unit, const Lorsk_Work& w, int listing, lorsk_proc&
   const std::string dashes = "  " + std::string(82, '-');
   for (int g = 1; g <= ngk; ++g) {
     store.ph[g - 1] = expon(w.k, w.SUB, g, w.SUB, 1) / 24.0f;
-    const Mat3i SIM = rotation_of(w.SUB[g]);
-    const Vec3 STR = translation_of(w.SUB[g]);
+    const Mat3i SIM = w.SUB[g].rot;
+    const Vec3 STR = to_real(w.SUB[g].tr);
     store.ir[g - 1] = SIM;
     store.t[g - 1] = STR;
     store.names[g - 1] = "SYMM_K(" + sput("i2", g) + ")";
@@ -110,7 +110,7 @@ int little_group_irreps(std::string& unit, const Vec3& k, std::string_view label
                         lorsk_proc& store, Lorsk_Work& w) {
   w.k = k;
   w.SUB = Op_Table{};
-  w.SUB[1] = unit_op4();
+  w.SUB[1] = Exact_Op{};
   const std::string label2 = fixed(label, 2);
   w.BL = fixed(store.spg.spg_latsy, 2);
   put_items(unit, " ");
@@ -133,7 +133,7 @@ int little_group_irreps(std::string& unit, const Vec3& k, std::string_view label
   put(unit, "/,2a,/", " REPRESENTATIVE ELEMENTS OF THE LITTLE GROUP OF BRILLOUIN ZONE POINT ",
       label2);
   for (int g = 1; g <= w.order; ++g) {
-    const std::string LINE = get_symsymbi(rotation_of(w.SUB[g]), translation_of(w.SUB[g]));
+    const std::string LINE = get_symsymbi(w.SUB[g].rot, to_real(w.SUB[g].tr));
     put(unit, "a,i2,a,a", "  Operator of Gk Number(", g, "): ", trim(LINE));
   }
   if (listing == 1) write_listing_head(unit, w, label2);

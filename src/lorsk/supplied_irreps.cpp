@@ -196,7 +196,7 @@ std::optional<Block_Error> read_supplied_block(lorsk_proc& store,
 int write_read_irreps(std::string& unit, const Vec3& vk, std::string_view label,
                       std::string_view spaceg, const std::vector<std::string>& lines,
                       lorsk_proc& store) {
-  std::array<Op4, max_space_generators> generators{};
+  std::array<Exact_Op, max_space_generators> generators{};
   int ngenera = 0;
   int num = 0;
   const int status =

@@ -1,10 +1,10 @@
 // The work data of the little-group package, shared by the group preparation, Zak's
 // induction and the driver `lorsk`.  One Lorsk_Work lives for one call of `lorsk`.
 //
-// Operators are 4 x 4 integer matrices M: M(1:3,1:3) the rotation, M(1:3,4) the translation
-// in 24ths of a cell edge (not reduced), last row 0 0 0 1.  In C++ an operator is an Op4 with
-// m[i-1][j-1] = M(i,j).  A table of operators has slots 0 to 49, indexed directly by the slot
-// number: SUB[s] is the operator in slot s (slot 1 the identity; 0, 48, 49 free for scratch).
+// Operators are exact operators: the integer rotation and the translation in 24ths of a cell
+// edge, not reduced, so that a product keeps the lattice translation it picks up.  A table of
+// operators has slots 0 to 49, indexed directly by the slot number: SUB[s] is the operator in
+// slot s (slot 1 the identity; 0, 48, 49 free for scratch).
 //
 // Index conventions.  The small integer lists IGB, IGP and NREP are indexed directly by their
 // 1-based index (entry 0 unused): IGB[1] = 1, IGB[i+1] = slot of generator i.  The work arrays
@@ -19,7 +19,7 @@
 //   zak            reads k, SUB, IGB, NG, N, ONGB; writes order (order reached), Z1, NREP and
 //                  the work arrays at both levels
 //   lorsk          creates and clears the work arrays (create_work), sets rep1(1,1,1,1,1) = 1
-//                  and SUB slot 1 = unit matrix before the rest.
+//                  and SUB slot 1 = the identity before the rest.
 #pragma once
 
 #include <array>
@@ -29,23 +29,9 @@
 #include <vector>
 
 #include "support/numeric.hpp"
+#include "symmetry/exact_operator.hpp"
 
 namespace velmoria {
-
-using Op4 = std::array<std::array<int, 4>, 4>;  // m[row][column], translation in m[0..2][3]
-
-// The rotation part of an operator, and its translation in fractions of the cell edges.
-inline Mat3i rotation_of(const Op4& m) {
-  Mat3i r{};
-  for (int i = 0; i < 3; ++i) {
-    for (int j = 0; j < 3; ++j) r[i][j] = m[i][j];
-  }
-  return r;
-}
-inline Vec3 translation_of(const Op4& m) {
-  return {static_cast<float>(m[0][3]) / 24.0f, static_cast<float>(m[1][3]) / 24.0f,
-          static_cast<float>(m[2][3]) / 24.0f};
-}
 
 constexpr int op_slots = 50;        // slots 0 .. 49 of an operator table
 constexpr int max_group_ops = 48;   // operators of a group without centring
@@ -54,14 +40,7 @@ constexpr int max_level_reps = 12;  // representations at one level
 constexpr int max_chain = 8;        // entries of IGB and IGP
 constexpr float TP = 0.2617994f;    // radians per 24th of a full turn
 
-using Op_Table = std::array<Op4, op_slots>;
-
-// The unit operator.
-inline Op4 unit_op4() {
-  Op4 m{};
-  for (int i = 0; i < 4; ++i) m[i][i] = 1;
-  return m;
-}
+using Op_Table = std::array<Exact_Op, op_slots>;
 
 struct Lorsk_Work {
   // Group preparation.

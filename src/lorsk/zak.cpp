@@ -38,43 +38,11 @@ void fail(const std::string& what) {
   set_err_lorsk(what);
 }
 
-bool equal_rotation(const Op4& a, const Op4& b) {
-  for (int i = 0; i < 3; ++i) {
-    for (int j = 0; j < 3; ++j) {
-      if (a[i][j] != b[i][j]) return false;
-    }
-  }
-  return true;
-}
-
-// Inverse of an operator through the adjugate of its rotation; translation -R^-1 t.
-Op4 inverse_op(const Op4& m) {
-  const Mat3i r{
-      {{m[0][0], m[0][1], m[0][2]}, {m[1][0], m[1][1], m[1][2]}, {m[2][0], m[2][1], m[2][2]}}};
-  const int det = determ_a_i(r);
-  Op4 v{};
-  for (int i = 0; i < 3; ++i) {
-    for (int j = 0; j < 3; ++j) {
-      // Cofactor of element (j,i), over the determinant.
-      const int j1 = (j + 1) % 3, j2 = (j + 2) % 3, i1 = (i + 1) % 3, i2 = (i + 2) % 3;
-      const int cof = r[j1][i1] * r[j2][i2] - r[j1][i2] * r[j2][i1];
-      v[i][j] = det != 0 ? cof / det : 0;
-    }
-  }
-  for (int i = 0; i < 3; ++i) {
-    int sum = 0;
-    for (int j = 0; j < 3; ++j) sum += v[i][j] * m[j][3];
-    v[i][3] = -sum;
-  }
-  v[3][3] = 1;
-  return v;
-}
-
 // The last slot of SUB among 1 .. h with the rotation of op, 0 if none.
-int find_rotation(const Op4& op, const Op_Table& SUB, int h) {
+int find_rotation(const Exact_Op& op, const Op_Table& SUB, int h) {
   int found = 0;
   for (int l = 1; l <= h; ++l) {
-    if (equal_rotation(SUB[l], op)) found = l;
+    if (SUB[l].rot == op.rot) found = l;
   }
   return found;
 }
@@ -112,7 +80,7 @@ bool set_up_step(const Lorsk_Work& w, Zak_Step& st) {
     return false;
   }
   auto& TMP = st.TMP;
-  TMP[1] = inverse_op(w.SUB[st.G]);
+  TMP[1] = inverse(w.SUB[st.G]);
   for (int j = 1; j <= st.h; ++j) {
     st.ICSB[0][j - 1] = j;
     st.EX[0][j - 1] = 0.0f;
@@ -352,20 +320,12 @@ bool zak_step(Lorsk_Work& w, Zak_Step& st) {
 }  // namespace
 
 void matmult(const Op_Table& A, int i, const Op_Table& B, int j, Op_Table& C, int l) {
-  Op4 r{};
-  for (int a = 0; a < 4; ++a) {
-    for (int b = 0; b < 4; ++b) {
-      int sum = 0;
-      for (int q = 0; q < 4; ++q) sum += A[i][a][q] * B[j][q][b];
-      r[a][b] = sum;
-    }
-  }
-  C[l] = r;
+  C[l] = A[i] * B[j];
 }
 
 float expon(const Vec3& k, const Op_Table& A, int i, const Op_Table& B, int j) {
   float x = 0.0f;
-  for (int c = 0; c < 3; ++c) x += static_cast<float>(A[i][c][3] - B[j][c][3]) * k[c];
+  for (int c = 0; c < 3; ++c) x += static_cast<float>(A[i].tr[c] - B[j].tr[c]) * k[c];
   x = std::fmod(x, 24.0f);
   if (x < 0.0f) x += 24.0f;
   if (24.0f - x < zak_tol) x = 0.0f;

@@ -34,7 +34,7 @@ constexpr int max_branch_dim = 3;     // dimension of a representation that exte
 using Conj_Slots = std::array<std::array<int, max_subgroup_ops>, max_index>;
 using Conj_Phases = std::array<std::array<float, max_subgroup_ops>, max_index>;
 
-// Operator C(l) = A(i) B(j), the plain 4 x 4 integer product; C may be A or B.
+// Operator C(l) = A(i) B(j), translations not reduced; C may be A or B.
 void matmult(const Op_Table& A, int i, const Op_Table& B, int j, Op_Table& C, int l);
 
 // Phase, in 24ths of a turn in [0,24), of the translation of A(i) over that of B(j): k.(tA - tB).

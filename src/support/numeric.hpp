@@ -13,8 +13,11 @@
 
 namespace velmoria {
 
+using Vec2 = std::array<float, 2>;
 using Vec3 = std::array<float, 3>;
-using Mat3i = std::array<std::array<int, 3>, 3>;  // m[row][column]
+using Vec2i = std::array<int, 2>;
+using Vec3i = std::array<int, 3>;
+using Mat3i = std::array<Vec3i, 3>;  // m[row][column]
 using Mat3r = std::array<std::array<float, 3>, 3>;
 
 // Tolerance of every single-precision test; 1.0e-5 by default.  Global to the thread.

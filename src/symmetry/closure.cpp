@@ -86,11 +86,11 @@ void reduce_f(Vec3i& t) {
 }
 
 // A column of lat_trans serves only when it is positive (a vector of at least 1/24 somewhere).
-bool reaches(const Vec3i& t, const std::array<int, 3>& c) {
+bool reaches(const Vec3i& t, const Vec3i& c) {
   return c[0] > 0 && t[0] >= c[0] && t[1] >= c[1] && t[2] >= c[2];
 }
 
-void reduce_by(Vec3i& t, const std::array<int, 3>& c) {
+void reduce_by(Vec3i& t, const Vec3i& c) {
   for (int k = 0; k < 3; ++k) t[k] %= c[k];
 }
 
@@ -185,7 +185,7 @@ bool lattice_test(const Vec3i& u, const Closure_Lattice& lat) {
     case 8:
       if (is_zero(u)) return true;
       return std::any_of(lat.lat_trans.begin(), lat.lat_trans.end(),
-                         [&u](const std::array<int, 3>& c) { return u == c; });
+                         [&u](const Vec3i& c) { return u == c; });
     default:
       return false;
   }

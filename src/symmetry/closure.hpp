@@ -22,7 +22,7 @@ constexpr int max_closure_ops = 24;
 // holds the largest component of its centring vector rounded to twelfths, in all three places).
 struct Closure_Lattice {
   int ibravl = 1;
-  std::vector<std::array<int, 3>> lat_trans;
+  std::vector<Vec3i> lat_trans;
 };
 
 // Centring vectors of a lattice letter (A, B, C, I, R, F), exact, in the order in which they are

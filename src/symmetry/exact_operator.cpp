@@ -16,7 +16,7 @@ Mat3i negated(const Mat3i& m) {
 namespace {
 
 // Sums of products in unsigned arithmetic: wraps where signed arithmetic would overflow.
-int wrapped_dot(const std::array<int, 3>& row, int c0, int c1, int c2) {
+int wrapped_dot(const Vec3i& row, int c0, int c1, int c2) {
   std::uint32_t s = 0;
   s += static_cast<std::uint32_t>(row[0]) * static_cast<std::uint32_t>(c0);
   s += static_cast<std::uint32_t>(row[1]) * static_cast<std::uint32_t>(c1);
@@ -102,6 +102,11 @@ Vec3 to_real(const Vec3i& t) {
 
 Sym_Oper_Type to_symop(const Exact_Op& op) {
   return {op.rot, to_real(op.tr)};
+}
+
+Exact_Op to_exact(const Sym_Oper_Type& op) {
+  constexpr auto den = static_cast<float>(op_den);
+  return {op.rot, {nint(den * op.tr[0]), nint(den * op.tr[1]), nint(den * op.tr[2])}};
 }
 
 }  // namespace velmoria

@@ -12,8 +12,6 @@
 
 namespace velmoria {
 
-using Vec3i = std::array<int, 3>;
-
 // Parts of a cell edge in which exact translations are counted.
 constexpr int op_den = 24;
 
@@ -50,5 +48,7 @@ Vec3i twelfths_of(const Vec3& t);
 // The translation in fractions of the cell edges.
 Vec3 to_real(const Vec3i& t);
 Sym_Oper_Type to_symop(const Exact_Op& op);
+// The operator with its translation rounded to the nearest 24th.
+Exact_Op to_exact(const Sym_Oper_Type& op);
 
 }  // namespace velmoria

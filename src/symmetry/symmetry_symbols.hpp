@@ -16,10 +16,6 @@
 
 namespace velmoria {
 
-using Vec2 = std::array<float, 2>;
-using Vec3i = std::array<int, 3>;
-using Vec2i = std::array<int, 2>;
-
 // Error pair and tolerance of the linear-system solvers below.
 VELMORIA_ERROR_PAIR_DECLARATIONS(math3d, Math3d_Scope);
 extern constinit thread_local float eps_math3d;  // 1.0e-5 by default

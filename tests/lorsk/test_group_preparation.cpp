@@ -27,7 +27,7 @@ struct Prepared {
 Prepared prepare(const std::string& text, const Vec3& k, bool through_tables = true) {
   Prepared p;
   p.w.k = k;
-  p.w.SUB[1] = unit_op4();
+  p.w.SUB[1] = Exact_Op{};
   p.status = space_group(p.unit, p.w, p.spg, text, 0, false, through_tables ? &text : nullptr);
   if (p.status != status_done) return p;
   p.w.BL = u_case(fixed(p.spg.spg_latsy, 2));
@@ -49,9 +49,9 @@ bool lattice_translation(const Space_Group_Type& spg, const std::array<int, 3>& 
 }
 
 // Slot among 1..n with the rotation of op, 0 when none.
-int slot_with_rotation(const Op_Table& t, int n, const Op4& op) {
+int slot_with_rotation(const Op_Table& t, int n, const Exact_Op& op) {
   for (int s = 1; s <= n; ++s) {
-    if (same_rotation(t[s], op)) return s;
+    if (t[s].rot == op.rot) return s;
   }
   return 0;
 }
@@ -64,11 +64,11 @@ int slot_with_rotation(const Op_Table& t, int n, const Op4& op) {
       return ::testing::AssertionFailure() << "rotation repeated at slot " << a;
     }
     for (int b = 1; b <= n; ++b) {
-      const Op4 ab = op_product(t[a], t[b]);
+      const Exact_Op ab = t[a] * t[b];
       const int c = slot_with_rotation(t, n, ab);
       if (c == 0) return ::testing::AssertionFailure() << "product " << a << "*" << b << " missing";
       std::array<int, 3> diff{};
-      for (int i = 0; i < 3; ++i) diff[i] = ab[i][3] - t[c][i][3];
+      for (int i = 0; i < 3; ++i) diff[i] = ab.tr[i] - t[c].tr[i];
       if (!lattice_translation(spg, diff)) {
         return ::testing::AssertionFailure() << "product " << a << "*" << b << " off the lattice";
       }
@@ -78,10 +78,10 @@ int slot_with_rotation(const Op_Table& t, int n, const Op4& op) {
 }
 
 // k R - k is a vector of the reciprocal lattice: integer, and integer on every centring vector.
-bool keeps_k(const Space_Group_Type& spg, const Op4& op, const Vec3& k) {
+bool keeps_k(const Space_Group_Type& spg, const Exact_Op& op, const Vec3& k) {
   std::array<double, 3> d{};
   for (int c = 0; c < 3; ++c) {
-    for (int r = 0; r < 3; ++r) d[c] += static_cast<double>(k[r]) * op[r][c];
+    for (int r = 0; r < 3; ++r) d[c] += static_cast<double>(k[r]) * op.rot[r][c];
     d[c] -= k[c];
     if (std::fabs(d[c] - std::round(d[c])) > 1e-4) return false;
   }
@@ -154,19 +154,19 @@ TEST(GroupPreparation, LittleGroupAndChainAtManyVectors) {
         EXPECT_EQ(next % hsize, 0);
         EXPECT_TRUE(p_index == 2 || p_index == 3) << "index " << p_index;
         EXPECT_TRUE(closed_group(p.spg, w.SUB, hsize));
-        const Op4& gen = w.SUB[hsize + 1];
-        Op4 power = gen;
+        const Exact_Op& gen = w.SUB[hsize + 1];
+        Exact_Op power = gen;
         for (int m = 1; m < p_index; ++m) {
           for (int j = 1; j <= hsize; ++j) {
-            EXPECT_TRUE(same_rotation(w.SUB[j + m * hsize], op_product(power, w.SUB[j])));
+            EXPECT_EQ(w.SUB[j + m * hsize].rot, (power * w.SUB[j]).rot);
           }
-          power = op_product(gen, power);
+          power = gen * power;
         }
         EXPECT_NE(slot_with_rotation(w.SUB, hsize, power), 0) << "g^p outside H";
         // Normal: g^-1 h g has its rotation in H; the rotation of g inverse is g^(p-1).
         for (int j = 1; j <= hsize; ++j) {
-          Op4 conj = op_product(w.SUB[j], gen);
-          for (int m = 1; m < p_index; ++m) conj = op_product(gen, conj);
+          Exact_Op conj = w.SUB[j] * gen;
+          for (int m = 1; m < p_index; ++m) conj = gen * conj;
           EXPECT_NE(slot_with_rotation(w.SUB, hsize, conj), 0);
         }
       }

@@ -18,61 +18,40 @@ namespace {
 using Cd = std::complex<double>;
 
 // Operator from its rotation (row by row) and translation in 24ths.
-Op4 op(const std::array<int, 9>& r, const std::array<int, 3>& t24) {
-  Op4 m{};
+Exact_Op op(const std::array<int, 9>& r, const std::array<int, 3>& t24) {
+  Exact_Op m{Mat3i{}, t24};
   for (int i = 0; i < 3; ++i) {
-    for (int j = 0; j < 3; ++j) m[i][j] = r[3 * i + j];
-    m[i][3] = t24[i];
+    for (int j = 0; j < 3; ++j) m.rot[i][j] = r[3 * i + j];
   }
-  m[3][3] = 1;
   return m;
 }
 
-Op4 product(const Op4& a, const Op4& b) {
-  Op4 c{};
-  for (int i = 0; i < 4; ++i) {
-    for (int j = 0; j < 4; ++j) {
-      for (int q = 0; q < 4; ++q) c[i][j] += a[i][q] * b[q][j];
-    }
-  }
-  return c;
-}
-
-bool same_rot(const Op4& a, const Op4& b) {
-  for (int i = 0; i < 3; ++i) {
-    for (int j = 0; j < 3; ++j) {
-      if (a[i][j] != b[i][j]) return false;
-    }
-  }
-  return true;
-}
-
-int slot_of(const Lorsk_Work& w, int n, const Op4& x) {
+int slot_of(const Lorsk_Work& w, int n, const Exact_Op& x) {
   for (int s = 1; s <= n; ++s) {
-    if (same_rot(w.SUB[s], x)) return s;
+    if (w.SUB[s].rot == x.rot) return s;
   }
   return 0;
 }
 
 // The little group in chain order from its generators: each generator g adds the cosets
 // g^m H at slots j + m h, each element the plain product g times the one of the coset before.
-Lorsk_Work chain(const std::vector<Op4>& gens, const Vec3& k) {
+Lorsk_Work chain(const std::vector<Exact_Op>& gens, const Vec3& k) {
   Lorsk_Work w;
   w.k = k;
-  w.SUB[1] = unit_op4();
+  w.SUB[1] = Exact_Op{};
   w.IGB[1] = 1;
   int n = 1;
-  for (const Op4& g : gens) {
+  for (const Exact_Op& g : gens) {
     const int h = n;
     int p = 1;
-    Op4 power = g;
+    Exact_Op power = g;
     while (slot_of(w, h, power) == 0) {
-      power = product(g, power);
+      power = g * power;
       ++p;
     }
     w.IGB[w.NG + 2] = h + 1;
     for (int m = 1; m < p; ++m) {
-      for (int j = 1; j <= h; ++j) w.SUB[j + m * h] = product(g, w.SUB[j + (m - 1) * h]);
+      for (int j = 1; j <= h; ++j) w.SUB[j + m * h] = g * w.SUB[j + (m - 1) * h];
     }
     n = p * h;
     ++w.NG;
@@ -88,7 +67,7 @@ Lorsk_Work chain(const std::vector<Op4>& gens, const Vec3& k) {
   return w;
 }
 
-Lorsk_Work run_zak(const std::vector<Op4>& gens, const Vec3& k) {
+Lorsk_Work run_zak(const std::vector<Exact_Op>& gens, const Vec3& k) {
   Lorsk_Work w = chain(gens, k);
   init_err_lorsk();
   zak(w);
@@ -129,11 +108,11 @@ std::vector<int> dimensions(const Lorsk_Work& w) {
         return ::testing::AssertionFailure() << "trace of " << nu << " at " << a;
       }
       for (int b = 1; b <= N; ++b) {
-        const Op4 ab = product(w.SUB[a], w.SUB[b]);
+        const Exact_Op ab = w.SUB[a] * w.SUB[b];
         const int c = slot_of(w, N, ab);
         if (c == 0) return ::testing::AssertionFailure() << "product outside the group";
         double turns = 0.0;
-        for (int i = 0; i < 3; ++i) turns += (ab[i][3] - w.SUB[c][i][3]) * double{w.k[i]} / 24.0;
+        for (int i = 0; i < 3; ++i) turns += (ab.tr[i] - w.SUB[c].tr[i]) * double{w.k[i]} / 24.0;
         const Cd phase = std::polar(1.0, 2.0 * std::numbers::pi * turns);
         for (int r = 1; r <= d; ++r) {
           for (int s = 1; s <= d; ++s) {
@@ -180,12 +159,12 @@ constexpr std::array<int, 3> O = {0, 0, 0};
 TEST(Zak, HandWorkedGroups) {
   struct Case {
     const char* name;
-    std::vector<Op4> gens;
+    std::vector<Exact_Op> gens;
     Vec3 k;
     std::vector<int> dims;
   };
-  const Op4 s21z = op(C2z, {0, 0, 12});
-  const std::vector<Op4> i41md = {op(C2z, {12, 12, 12}), op(C4z, {0, 12, 6}), op(My, O)};
+  const Exact_Op s21z = op(C2z, {0, 0, 12});
+  const std::vector<Exact_Op> i41md = {op(C2z, {12, 12, 12}), op(C4z, {0, 12, 6}), op(My, O)};
   const std::vector<Case> cases = {
       {"1", {}, {0, 0, 0}, {1}},
       {"-1", {op(I, O)}, {0, 0, 0}, {1, 1}},
