@@ -516,21 +516,17 @@ bool close_by_products(std::vector<Exact_Op>& tabla, const Closure_Lattice& lat,
   return true;
 }
 
-void get_so_from_gener(int& isystem, int& icentre, int& ibravl, int& ng, std::vector<Mat3i>& ss,
-                       std::vector<Vec3>& ts, std::string& latsy, Vec3& co, int& num_g,
-                       std::string& lat_letter) {
-  isystem = 0;
-  icentre = 1;
-  ibravl = 0;
-  co = Vec3{0, 0, 0};
-  latsy = "  ";
-  lat_letter = " ";
+Group_Operators get_so_from_gener(int ng, const std::vector<Mat3i>& ss,
+                                  const std::vector<Vec3>& ts) {
+  Group_Operators r;
+  r.lat_letter = " ";
   nlat = 0;
   ltr.fill(Vec3{0, 0, 0});
-  num_g = 0;
 
   const auto given =
       static_cast<std::size_t>(std::clamp(ng, 0, static_cast<int>(std::min(ss.size(), ts.size()))));
+  // Until the group is closed, ng counts the generators.
+  r.ng = static_cast<int>(given);
   std::vector<Mat3i> g(ss.begin(), ss.begin() + static_cast<std::ptrdiff_t>(given));
   std::vector<Vec3> tg(ts.begin(), ts.begin() + static_cast<std::ptrdiff_t>(given));
 
@@ -544,28 +540,28 @@ void get_so_from_gener(int& isystem, int& icentre, int& ibravl, int& ng, std::ve
   if (fl.r && (fl.f || fl.i || fl.a || fl.b || fl.c)) fl.z = true;
   if (fl.z) fl = Lattice_Flags{false, false, false, false, false, false, false, true};
   const char letter = letter_of(fl);
-  ibravl = ibravl_of(letter);
+  r.ibravl = ibravl_of(letter);
   Closure_Lattice lat;
-  lat.ibravl = ibravl;
+  lat.ibravl = r.ibravl;
   if (letter == 'Z') {
     int l = static_cast<int>(latc.size());
     char named = 'P';
     get_centring_vectors(l, latc, named);
-    if (err_symm) return;
-    lat_letter = std::string(1, named);
+    if (err_symm) return r;
+    r.lat_letter = std::string(1, named);
     for (const Vec3& v : latc) {
       const Vec3i t = twelfths_of(v);
       const int big = std::max({t[0], t[1], t[2]});
       lat.lat_trans.push_back({big, big, big});
     }
   } else {
-    lat_letter = std::string(1, letter);
+    r.lat_letter = std::string(1, letter);
     latc = standard_centring(letter);
   }
-  latsym(lat_letter, static_cast<int>(latc.size()), latc);
-  if (err_symm) return;
+  latsym(r.lat_letter, static_cast<int>(latc.size()), latc);
+  if (err_symm) return r;
 
-  take_inversions(g, tg, icentre, co);
+  take_inversions(g, tg, r.icentre, r.co);
 
   // Compaction: the generators that are left, in their order.
   std::vector<Exact_Op> tabla{Exact_Op{}};
@@ -573,92 +569,92 @@ void get_so_from_gener(int& isystem, int& icentre, int& ibravl, int& ng, std::ve
     if (g[i] == zero_matrix) continue;
     if (static_cast<int>(tabla.size()) >= max_closure_ops) {
       table_full_powers();
-      return;
+      return r;
     }
     tabla.push_back(reduced(Exact_Op{g[i], twelfths_of(tg[i])}));
   }
-  num_g = static_cast<int>(tabla.size()) - 1;
+  r.num_g = static_cast<int>(tabla.size()) - 1;
 
-  if (!add_powers(tabla, lat)) return;
-  if (!close_by_products(tabla, lat, true)) return;
+  if (!add_powers(tabla, lat)) return r;
+  if (!close_by_products(tabla, lat, true)) return r;
 
-  put_operators(tabla, ss, ts);
+  put_operators(tabla, r.ss, r.ts);
   const int nop = static_cast<int>(tabla.size());
-  ng = nop;
+  r.ng = nop;
   // With -1 in the table, its first half is taken as the reduced set.
   for (int k = 0; k < nop; ++k) {
-    if (ss[static_cast<std::size_t>(k)] != inversion_matrix) continue;
-    ng = nop / 2;
-    if (icentre == 1) {
-      const Vec3& t = ts[static_cast<std::size_t>(k)];
+    if (r.ss[static_cast<std::size_t>(k)] != inversion_matrix) continue;
+    r.ng = nop / 2;
+    if (r.icentre == 1) {
+      const Vec3& t = r.ts[static_cast<std::size_t>(k)];
       if (is_zero(twelfths_of(t))) {
-        icentre = 2;
+        r.icentre = 2;
       } else {
-        icentre = 0;
-        for (int c = 0; c < 3; ++c) co[c] = t[c] / 2.0f;
+        r.icentre = 0;
+        for (int c = 0; c < 3; ++c) r.co[c] = t[c] / 2.0f;
       }
     }
     break;
   }
-  ss.resize(static_cast<std::size_t>(ng));
-  ts.resize(static_cast<std::size_t>(ng));
+  r.ss.resize(static_cast<std::size_t>(r.ng));
+  r.ts.resize(static_cast<std::size_t>(r.ng));
 
-  get_crystal_system_r_op(ng, ss, isystem, latsy);
-  set_lattice_letter_in(latsy, ibravl);
+  get_crystal_system_r_op(r.ng, r.ss, r.isystem, r.latsy);
+  set_lattice_letter_in(r.latsy, r.ibravl);
+  return r;
 }
 
-void get_so_from_fix(int& isystem, int& icentre, int& ibravl, int ng, const std::vector<Mat3i>& ss,
-                     const std::vector<Vec3>& ts, std::string& latsy, Vec3& co,
-                     std::string& lat_letter, std::string_view f_lat) {
-  isystem = 0;
-  icentre = 1;
-  ibravl = 0;
-  co = Vec3{0, 0, 0};
-  latsy = "  ";
-  lat_letter = std::string(1, f_lat.empty() ? ' ' : f_lat[0]);
+Group_Operators get_so_from_fix(int ng, const std::vector<Mat3i>& ss, const std::vector<Vec3>& ts,
+                                std::string_view f_lat) {
+  Group_Operators r;
+  r.lat_letter = std::string(1, f_lat.empty() ? ' ' : f_lat[0]);
   const int n = std::clamp(ng, 0, static_cast<int>(std::min(ss.size(), ts.size())));
+  r.ng = n;
+  r.ss.assign(ss.begin(), ss.begin() + n);
+  r.ts.assign(ts.begin(), ts.begin() + n);
 
   std::vector<Vec3> latc;
-  if (lat_letter != " ") {
+  if (r.lat_letter != " ") {
     for (int i = 1; i < n; ++i) {
-      if (ss[static_cast<std::size_t>(i)] == identity_matrix) {
-        latc.push_back(ts[static_cast<std::size_t>(i)]);
+      if (r.ss[static_cast<std::size_t>(i)] == identity_matrix) {
+        latc.push_back(r.ts[static_cast<std::size_t>(i)]);
       }
     }
-    lat_letter.assign(1, latc.empty() ? 'P' : 'Z');
+    r.lat_letter.assign(1, latc.empty() ? 'P' : 'Z');
   } else {
     Lattice_Flags fl;
     for (int i = 0; i < n; ++i) {
       const auto k = static_cast<std::size_t>(i);
-      if (ss[k] != identity_matrix) continue;
-      const Vec3i t = twelfths_of(ts[k]);
+      if (r.ss[k] != identity_matrix) continue;
+      const Vec3i t = twelfths_of(r.ts[k]);
       if (is_zero(t)) continue;
-      latc.push_back(ts[k]);
+      latc.push_back(r.ts[k]);
       mark_translation(t, fl);
     }
     a_b_c_to_f(fl);
-    lat_letter = std::string(1, letter_of(fl));
+    r.lat_letter = std::string(1, letter_of(fl));
   }
-  ibravl = ibravl_of(lat_letter[0]);
+  r.ibravl = ibravl_of(r.lat_letter[0]);
   if (static_cast<int>(latc.size()) > max_centring_vectors) {
     set_err_symm(" Too many centring vectors");
-    return;
+    return r;
   }
-  latsym(lat_letter, static_cast<int>(latc.size()), latc);
-  if (err_symm) return;
+  latsym(r.lat_letter, static_cast<int>(latc.size()), latc);
+  if (err_symm) return r;
 
   for (int i = 0; i < n; ++i) {
     const auto k = static_cast<std::size_t>(i);
-    if (ss[k] != inversion_matrix) continue;
-    if (is_zero(twelfths_of(ts[k]))) {
-      icentre = 2;
+    if (r.ss[k] != inversion_matrix) continue;
+    if (is_zero(twelfths_of(r.ts[k]))) {
+      r.icentre = 2;
     } else {
-      icentre = 0;
-      for (int c = 0; c < 3; ++c) co[c] = ts[k][c] / 2.0f;
+      r.icentre = 0;
+      for (int c = 0; c < 3; ++c) r.co[c] = r.ts[k][c] / 2.0f;
     }
   }
-  get_crystal_system_r_op(n, ss, isystem, latsy);
-  set_lattice_letter_in(latsy, ibravl);
+  get_crystal_system_r_op(n, r.ss, r.isystem, r.latsy);
+  set_lattice_letter_in(r.latsy, r.ibravl);
+  return r;
 }
 
 void get_centring_vectors(int& l, std::vector<Vec3>& latc, char& lat_ch) {

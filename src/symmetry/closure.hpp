@@ -10,6 +10,7 @@
 
 #include "support/numeric.hpp"
 #include "symmetry/exact_operator.hpp"
+#include "symmetry/records.hpp"
 
 namespace velmoria {
 
@@ -36,25 +37,22 @@ std::vector<Vec3i> centring_vectors(char letter);
 bool close_by_products(std::vector<Exact_Op>& tabla, const Closure_Lattice& lat,
                        bool number_in_message);
 
-// Reduced set of operators from generators.
-//  in:  ng generators in ss[0..ng-1], ts[0..ng-1] (ng is clamped to the sizes of ss and ts).
-//  out: ng operators of the reduced set, ss and ts resized to exactly ng entries (identity
-//       first, translations multiples of 1/12 in [0,1)); isystem 1..7; icentre 0 centric off
-//       the origin (co the centre), 1 acentric, 2 centric at the origin; ibravl 1..8 (P A B C I
-//       R F Z); latsy = family letter + lattice letter; num_g the generators left once
-//       centrings and -1 are taken out; lat_letter the letter given to latsym.
-//  Sets the lattice globals (nlat, ltr, lat_ch, inlat) through latsym.  err_symm is expected
-//  false on entry; on failure it is set, and ng/ss/ts are left undefined.
-void get_so_from_gener(int& isystem, int& icentre, int& ibravl, int& ng, std::vector<Mat3i>& ss,
-                       std::vector<Vec3>& ts, std::string& latsy, Vec3& co, int& num_g,
-                       std::string& lat_letter);
+// Reduced set of operators from the ng generators in ss[0..ng-1], ts[0..ng-1] (ng is clamped
+// to the sizes of ss and ts).  The result holds the ng operators of the reduced set (identity
+// first, translations multiples of 1/12 in [0,1)), isystem 1..7, icentre, co, ibravl 1..8,
+// latsy, num_g the generators left once centrings and -1 are taken out, and lat_letter the
+// letter given to latsym.  Sets the lattice globals (nlat, ltr, lat_ch, inlat) through latsym.
+// err_symm is expected false on entry; on failure it is set, ng is then the number of
+// generators and ss, ts are empty.
+Group_Operators get_so_from_gener(int ng, const std::vector<Mat3i>& ss,
+                                  const std::vector<Vec3>& ts);
 
-// Analysis of a complete list of ng operators (not changed): lattice, centre, crystal system.
-// f_lat: its first character, when not blank, asks for the letter P or Z from the operators
-// with the identity matrix; blank or empty lets the pure translations name the lattice.
-void get_so_from_fix(int& isystem, int& icentre, int& ibravl, int ng, const std::vector<Mat3i>& ss,
-                     const std::vector<Vec3>& ts, std::string& latsy, Vec3& co,
-                     std::string& lat_letter, std::string_view f_lat = {});
+// Analysis of a complete list of ng operators, which the result holds as it is: lattice,
+// centre, crystal system.  f_lat: its first character, when not blank, asks for the letter P or
+// Z from the operators with the identity matrix; blank or empty lets the pure translations name
+// the lattice.
+Group_Operators get_so_from_fix(int ng, const std::vector<Mat3i>& ss, const std::vector<Vec3>& ts,
+                                std::string_view f_lat = {});
 
 // Removes duplicates from the first l centring vectors of latc, completes the set by sums
 // modulo the cell, and names it in lat_ch: "P", "A", "B", "C", "I", "R", "F" or "Z".  latc

@@ -214,18 +214,9 @@ const std::array<Hall_Matrix, 19>& hall_matrices() {
   return table;
 }
 
-void get_so_from_hall(int& isystem, int& icentre, int& ibravl, int& ng, std::vector<Mat3i>& ss,
-                      std::vector<Vec3>& ts, std::string& latsy, Vec3& co, int& num_g,
-                      std::string_view symb) {
-  isystem = 0;
-  icentre = 1;
-  ibravl = 0;
-  ng = 0;
-  latsy = "  ";
-  co = Vec3{0, 0, 0};
-  num_g = 1;
-  ss.clear();
-  ts.clear();
+Group_Operators get_so_from_hall(std::string_view symb) {
+  Group_Operators r;
+  r.num_g = 1;
   const Symm_Scope symm_scope;
 
   Hall_Text h{u_case(fixed(adjustl(symb), hall_symbol_len))};
@@ -233,16 +224,16 @@ void get_so_from_hall(int& isystem, int& icentre, int& ibravl, int& ng, std::vec
   int i = 1;
 
   if (h.at(1) == '-') {
-    icentre = 2;
+    r.icentre = 2;
     i = 2;
   } else {
-    read_centre(h, n, icentre, co);
+    read_centre(h, n, r.icentre, r.co);
   }
 
-  ibravl = h.at(i) == 'Z' ? 0 : ibravl_of(h.at(i));
-  if (ibravl == 0) {
+  r.ibravl = h.at(i) == 'Z' ? 0 : ibravl_of(h.at(i));
+  if (r.ibravl == 0) {
     set_err_symm(" IBRAVL is Equal Zero");
-    return;
+    return r;
   }
 
   std::vector<Generator> gens;
@@ -259,7 +250,7 @@ void get_so_from_hall(int& isystem, int& icentre, int& ibravl, int& ng, std::vec
     if (static_cast<int>(gens.size()) == max_hall_generators ||
         !read_generator(h, p, e, static_cast<int>(gens.size()), gens, g)) {
       set_err_symm("");
-      return;
+      return r;
     }
     gens.push_back(g);
     p = e + 2;
@@ -269,7 +260,7 @@ void get_so_from_hall(int& isystem, int& icentre, int& ibravl, int& ng, std::vec
     Vec3i s{};
     if (!read_shift(h, shift_at, n, s)) {
       set_err_symm("");
-      return;
+      return r;
     }
     for (Generator& g : gens) change_origin(g, s);
   }
@@ -278,22 +269,23 @@ void get_so_from_hall(int& isystem, int& icentre, int& ibravl, int& ng, std::vec
   if (!(gens.size() == 1 && gens[0].order == 1)) {
     for (const Generator& g : gens) tabla.push_back(reduced(g.op));
   }
-  num_g = static_cast<int>(gens.size());
+  r.num_g = static_cast<int>(gens.size());
 
   Closure_Lattice lat;
-  lat.ibravl = ibravl;
-  if (!close_by_products(tabla, lat, false)) return;
+  lat.ibravl = r.ibravl;
+  if (!close_by_products(tabla, lat, false)) return r;
 
-  ng = static_cast<int>(tabla.size());
-  ss.resize(tabla.size());
-  ts.resize(tabla.size());
+  r.ng = static_cast<int>(tabla.size());
+  r.ss.resize(tabla.size());
+  r.ts.resize(tabla.size());
   for (std::size_t k = 0; k < tabla.size(); ++k) {
-    ss[k] = tabla[k].rot;
-    ts[k] = to_real(tabla[k].tr);
+    r.ss[k] = tabla[k].rot;
+    r.ts[k] = to_real(tabla[k].tr);
   }
-  get_crystal_system_r_op(ng, ss, isystem, latsy);
-  latsy[1] = lattice_letters[static_cast<std::size_t>(ibravl) - 1];
-  latsym(std::string_view(&latsy[1], 1));
+  get_crystal_system_r_op(r.ng, r.ss, r.isystem, r.latsy);
+  r.latsy[1] = lattice_letters[static_cast<std::size_t>(r.ibravl) - 1];
+  latsym(std::string_view(&r.latsy[1], 1));
+  return r;
 }
 
 }  // namespace velmoria

@@ -41,9 +41,9 @@ Mat3i diagonal(int a, int b, int c) {
 // op(k) is operator k, 1 the identity.
 struct Hms_State {
   std::array<std::array<char, item_len>, num_items> hms{};
-  int m = 0;          // number of items
-  char letter = ' ';  // lattice letter
-  int ncentro = 1;    // 1 acentric, 0 centre at the origin
+  int m = 0;             // number of items
+  char letter = ' ';     // lattice letter
+  bool centric = false;  // a centre of symmetry at the origin
   int ng = 1;
   std::array<Exact_Op, max_hms_ops> ops{};
 
@@ -101,7 +101,7 @@ void split_symbol(Hms_State& s, const std::string& group) {
     s.hms[static_cast<std::size_t>(item - 1)][static_cast<std::size_t>(std::min(k, item_len - 1))] =
         c;
     ++k;
-    if (c == '/') s.ncentro = 0;
+    if (c == '/') s.centric = true;
   }
   s.m = std::min(count, num_items);
 }
@@ -162,6 +162,16 @@ bool is_digit_1_6(char c) {
   return c >= '1' && c <= '6';
 }
 
+// Whether some item has a character of `first` immediately followed by one of `second`.
+bool follows_in_item(const Hms_State& s, std::string_view first, std::string_view second) {
+  for (int i = 1; i <= num_items; ++i) {
+    for (int k = 1; k < item_len; ++k) {
+      if (in(first, s.h(i, k)) && in(second, s.h(i, k + 1))) return true;
+    }
+  }
+  return false;
+}
+
 // The checks of the items, each over all items in turn; false with the message set.
 bool check_symbol_hm(const Hms_State& s) {
   for (int i = 1; i <= num_items; ++i) {
@@ -191,25 +201,17 @@ bool check_symbol_hm(const Hms_State& s) {
       }
     }
   }
-  for (int i = 1; i <= num_items; ++i) {
-    for (int k = 1; k < item_len; ++k) {
-      if (in(axis_chars, s.h(i, k)) && in(plane_chars, s.h(i, k + 1))) {
-        set_err_symm(
-            " A rotation axis cannot be immediately followed by a plane\r within the same "
-            "symmetry direction");
-        return false;
-      }
-    }
+  if (follows_in_item(s, axis_chars, plane_chars)) {
+    set_err_symm(
+        " A rotation axis cannot be immediately followed by a plane\r within the same "
+        "symmetry direction");
+    return false;
   }
-  for (int i = 1; i <= num_items; ++i) {
-    for (int k = 1; k < item_len; ++k) {
-      if (in(plane_chars, s.h(i, k)) && in(axis_chars, s.h(i, k + 1))) {
-        set_err_symm(
-            " A mirror plane cannot be immediately followed by a rotation axis\r within the same "
-            "symmetry direction");
-        return false;
-      }
-    }
+  if (follows_in_item(s, plane_chars, axis_chars)) {
+    set_err_symm(
+        " A mirror plane cannot be immediately followed by a rotation axis\r within the same "
+        "symmetry direction");
+    return false;
   }
   for (int i = 1; i <= num_items; ++i) {
     int planes = 0;
@@ -344,8 +346,7 @@ void orthorhombic(Hms_State& s) {
   for (int i = 1; i <= num_items; ++i) {
     if (s.h(i, 1) == '2') g = 1;
   }
-  if (g == -1) s.ncentro = 0;
-  const bool centric = s.ncentro == 0;
+  if (g == -1) s.centric = true;
   for (int j = 1; j <= num_items; ++j) {
     const int sg = g * (s.h(j, 1) == '2' ? -1 : 1);
     Mat3i r = diagonal(sg, sg, sg);
@@ -364,7 +365,7 @@ void orthorhombic(Hms_State& s) {
     if (s.has(i, 'N')) s.t(i2, k) = s.t(i3, k) = half;
     if (s.has(i, 'D')) {
       d_glide = true;
-      if (centric) {
+      if (s.centric) {
         s.t(i2, k) = s.t(i3, k) = quarter;
       } else {
         s.t(1, k) = s.t(2, k) = s.t(3, k) = quarter;
@@ -372,7 +373,7 @@ void orthorhombic(Hms_State& s) {
     }
   }
   if (d_glide) return;
-  if (centric) {
+  if (s.centric) {
     auto sum = [](int a, int b) { return a + b == op_den ? 0 : a + b; };
     s.t(1, 2) = sum(s.t(1, 3), s.t(1, 4));
     s.t(2, 3) = sum(s.t(2, 4), s.t(2, 2));
@@ -435,7 +436,7 @@ void tetragonal_axis(Hms_State& s) {
   if (s.h(1, 4) == 'N' && s.m == 3) s.t(1, 2) = half;
   if (s.h(1, 4) == 'N' && s.m == 1) s.t(2, 2) = half;
   if (s.h(1, 2) == '1' && s.letter == 'I') {
-    if (s.ncentro == 1) {
+    if (!s.centric) {
       s.t(2, 2) = half;
     } else {
       s.t(1, 2) = s.m == 1 ? three_quarters : quarter;
@@ -457,7 +458,7 @@ void tetragonal(Hms_State& s) {
   if (s.m == 1) return;
   Mat3i e{};
   Vec3i te{};
-  if (s.ncentro == 0) {
+  if (s.centric) {
     e = diagonal(-1, 1, 1);
     te = tetragonal_glide(s.h(2, 1));
     if (s.h(1, 3) == 'N' || s.h(1, 4) == 'N') te[0] += half;
@@ -515,7 +516,7 @@ void sixfold(Hms_State& s) {
 
 // The threefold axis (and -6 from it); the number of operators before the doubling.
 int threefold(Hms_State& s) {
-  if (s.h(1, 1) == '-' && s.h(1, 2) == '3') s.ncentro = 0;
+  if (s.h(1, 1) == '-' && s.h(1, 2) == '3') s.centric = true;
   s.op(2).rot = Mat3i{{{0, -1, 0}, {1, -1, 0}, {0, 0, 1}}};
   s.t(3, 2) = s.h(1, 2) == '1' ? third : (s.h(1, 2) == '2' ? two_thirds : 0);
   s.op(3).rot = Mat3i{{{-1, 1, 0}, {-1, 0, 0}, {0, 0, 1}}};
@@ -583,7 +584,7 @@ Exact_Op permute_rows(const Exact_Op& o, int i, int j, int k) {
 void cubic(Hms_State& s) {
   s.ng = s.m == 3 ? 24 : 12;
   const char h11 = s.h(1, 1);
-  if (h11 != '2' && h11 != '4' && h11 != '-') s.ncentro = 0;
+  if (h11 != '2' && h11 != '4' && h11 != '-') s.centric = true;
   s.op(2).rot = diagonal(1, -1, -1);
   s.op(3).rot = diagonal(-1, 1, -1);
   s.op(4).rot = diagonal(-1, -1, 1);
@@ -615,28 +616,19 @@ void cubic(Hms_State& s) {
   doubling(s, 12, e, te);
 }
 
-// Every translation into [0,1), and the kind of centre.
-void mod_trans(int n, int ncentro, std::vector<Vec3>& ts, int* icentre) {
-  for (int k = 0; k < n; ++k)
-    ts[static_cast<std::size_t>(k)] = modulo_lat(ts[static_cast<std::size_t>(k)]);
-  if (icentre != nullptr) *icentre = 2 - ncentro;
-}
-
-void put_reset_state(int& ng, std::vector<Mat3i>& ss, std::vector<Vec3>& ts) {
-  ng = 1;
-  ss.assign(max_hms_ops, Mat3i{});
-  ts.assign(max_hms_ops, Vec3{});
-  ss[0] = identity_matrix;
+// The reset state of the result: the identity and max_hms_ops - 1 empty entries.
+void put_reset_state(Group_Operators& r) {
+  r.ng = 1;
+  r.ss.assign(max_hms_ops, Mat3i{});
+  r.ts.assign(max_hms_ops, Vec3{});
+  r.ss[0] = identity_matrix;
 }
 
 }  // namespace
 
-void get_so_from_hms(int& isystem, int* icentre, int& ibravl, int& ng, std::vector<Mat3i>& ss,
-                     std::vector<Vec3>& ts, std::string& latsy, std::string_view symb) {
-  isystem = 0;
-  ibravl = 0;
-  latsy = "  ";
-  put_reset_state(ng, ss, ts);
+Group_Operators get_so_from_hms(std::string_view symb) {
+  Group_Operators r;
+  put_reset_state(r);
   const Symm_Scope symm_scope;
 
   Hms_State s;
@@ -645,17 +637,17 @@ void get_so_from_hms(int& isystem, int* icentre, int& ibravl, int& ng, std::vect
   split_symbol(s, group);
   if (s.letter == ' ' || !in(ibra, s.letter)) {
     set_err_symm(" Wrong space-group symbol: " + trim(symb));
-    return;
+    return r;
   }
-  ibravl = ibravl_of(s.letter);
-  find_system(s, isystem, latsy);
-  if (!check_symbol_hm(s)) return;
+  r.ibravl = ibravl_of(s.letter);
+  find_system(s, r.isystem, r.latsy);
+  if (!check_symbol_hm(s)) return r;
   latsym(std::string(1, s.letter));
 
-  switch (isystem) {
+  switch (r.isystem) {
     case 1:
       s.ng = 1;
-      if (s.h(1, 1) == '-') s.ncentro = 0;
+      if (s.h(1, 1) == '-') s.centric = true;
       break;
     case 2:
       monoclinic(s);
@@ -675,14 +667,16 @@ void get_so_from_hms(int& isystem, int* icentre, int& ibravl, int& ng, std::vect
       break;
   }
 
-  ng = s.ng;
-  ss.resize(static_cast<std::size_t>(ng));
-  ts.resize(static_cast<std::size_t>(ng));
-  for (int k = 1; k <= ng; ++k) {
-    ss[static_cast<std::size_t>(k - 1)] = s.op(k).rot;
-    ts[static_cast<std::size_t>(k - 1)] = to_real(s.op(k).tr);
+  r.ng = s.ng;
+  r.ss.resize(static_cast<std::size_t>(r.ng));
+  r.ts.resize(static_cast<std::size_t>(r.ng));
+  // Every translation brought into [0,1).
+  for (int k = 1; k <= r.ng; ++k) {
+    r.ss[static_cast<std::size_t>(k - 1)] = s.op(k).rot;
+    r.ts[static_cast<std::size_t>(k - 1)] = modulo_lat(to_real(s.op(k).tr));
   }
-  mod_trans(ng, s.ncentro, ts, icentre);
+  r.icentre = s.centric ? 2 : 1;
+  return r;
 }
 
 }  // namespace velmoria

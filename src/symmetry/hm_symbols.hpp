@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "support/numeric.hpp"
+#include "symmetry/records.hpp"
 
 namespace velmoria {
 
@@ -14,15 +15,12 @@ namespace velmoria {
 constexpr int max_hms_ops = 24;
 
 // Reads the Hermann-Mauguin symbol symb (either case, items separated by blanks, the lattice
-// letter first) and writes the reduced set of its group.
-//  out: ng operators in ss, ts (resized to exactly ng entries; identity first, translations in
-//       [0,1)); isystem 1..7; ibravl 1 P, 2 A, 3 B, 4 C, 5 I, 6 R, 7 F; latsy = family letter +
-//       lattice letter; *icentre (when icentre is not null) 1 acentric or 2 centre at the
-//       origin, never 0.
-//  Sets the lattice globals (lat_ch, nlat, ltr, inlat) through latsym.  A bad symbol sets
-//  err_symm with its message; ss and ts are then the reset state (max_hms_ops entries, the
-//  first the identity, all others zero) and ng is 1.
-void get_so_from_hms(int& isystem, int* icentre, int& ibravl, int& ng, std::vector<Mat3i>& ss,
-                     std::vector<Vec3>& ts, std::string& latsy, std::string_view symb);
+// letter first): the result holds the ng operators of its reduced set (identity first,
+// translations in [0,1)), isystem 1..7, ibravl 1 P, 2 A, 3 B, 4 C, 5 I, 6 R, 7 F, latsy, and
+// icentre 1 acentric or 2 centre at the origin, never 0.  Sets the lattice globals (lat_ch,
+// nlat, ltr, inlat) through latsym.  A bad symbol sets err_symm with its message; the result
+// is then acentric with the reset state of the list: ng 1, max_hms_ops entries, the first the
+// identity and all others zero.
+Group_Operators get_so_from_hms(std::string_view symb);
 
 }  // namespace velmoria

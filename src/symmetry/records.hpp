@@ -64,6 +64,23 @@ struct Space_Group_Type {
   std::array<Vec3, 2> asym_unit{Vec3{0, 0, 0}, Vec3{1, 1, 1}};  // lower, upper bounds
 };
 
+// The reduced set of operators of a space group as a reading of its symbol or of its
+// generators gives it, with the classes of the group that the reading finds.  The record of the
+// group (Space_Group_Type) is completed from it.
+struct Group_Operators {
+  int isystem = 0;           // crystal system 1..7, 0 while unknown
+  int icentre = 1;           // 0 centric with the centre co off the origin, 1 acentric, 2 centric
+                             // at the origin
+  int ibravl = 0;            // lattice 1 P, 2 A, 3 B, 4 C, 5 I, 6 R, 7 F, 8 Z; 0 while unknown
+  int ng = 0;                // operators of the reduced set
+  std::vector<Mat3i> ss;     // their rotations, the identity first
+  std::vector<Vec3> ts;      // their translations
+  std::string latsy = "  ";  // family letter and lattice letter
+  Vec3 co{};                 // the centre of symmetry when icentre is 0
+  int num_g = 0;             // generators of the group
+  std::string lat_letter;    // the letter of the lattice tables, from the generators or a list
+};
+
 // Lattice letters in the order of their numbers (ibravl, inlat): 1 P, 2 A, 3 B, 4 C, 5 I, 6 R,
 // 7 F, 8 Z.
 constexpr std::string_view lattice_letters = "PABCIRFZ";

@@ -21,34 +21,20 @@ enum class Road { hms, hall, itc, gen, fix };
 // either case, blanks in front skipped); none for any other text.
 std::optional<Road> road_of_mode(std::string_view mode);
 
-// What a road hands to the expansion: the reduced set and the classes of the group.
-struct Road_Result {
-  int isystem = 0;
-  int icentre = 1;
-  int ibravl = 1;
-  int ng = 0;
-  int num_g = 0;
-  std::vector<Mat3i> ss;
-  std::vector<Vec3> ts;
-  std::string latsy;
-  Vec3 co{};
-  bool set_num_gen = true;  // false on the Hermann-Mauguin reading of a symbol
-};
-
 // k is the 0-based row of the table of settings, -1 for none.  `hall` is the Hall symbol read;
 // `row_hall` the Hall symbol of row k, read when the symbol has a ":" choice; `gener` the
 // generators of row k separated by ";".  A failure raises err_symm; the table fields of the
 // row are filled all the same.  Each road fills the fields of spg that it names and returns the
 // reduced set.
-Road_Result road_hall(Space_Group_Type& spg, const std::string& hall, int k);
-Road_Result road_hms(Space_Group_Type& spg, std::string_view spacegen, int k,
-                     const std::string& row_hall);
-Road_Result road_itc_generators(Space_Group_Type& spg, std::string_view spacegen,
-                                const std::string& gener, int k);
+Group_Operators road_hall(Space_Group_Type& spg, const std::string& hall, int k);
+Group_Operators road_hms(Space_Group_Type& spg, std::string_view spacegen, int k,
+                         const std::string& row_hall);
+Group_Operators road_itc_generators(Space_Group_Type& spg, std::string_view spacegen,
+                                    const std::string& gener, int k);
 
 // The record completed from rr on `road` (row k): its common fields; then, unless err_symm is
 // set (a blank message becoming the generic one), the operators expanded by inversion and
 // centring, the classes and the special orbits.
-void finish_spacegroup(Space_Group_Type& spg, const Road_Result& rr, Road road, int k);
+void finish_spacegroup(Space_Group_Type& spg, const Group_Operators& rr, Road road, int k);
 
 }  // namespace velmoria::setup_roads

@@ -37,7 +37,6 @@ constexpr std::array<std::string_view, 7> hall_only_symbols = {
     "P N M 21", "P 21 N M", "P M 21 N", "B A M B", "C 4 2 21", "C -4 B 2", "F -4 D 2"};
 
 using setup_roads::Road;
-using setup_roads::Road_Result;
 
 void fail(const std::string& mess) {
   set_err_symm(mess);
@@ -184,28 +183,23 @@ std::string system_name(int isystem) {
   return trim(sys_cry[isystem - 1]);
 }
 
-void prepare_lists(Road_Result& rr) {
-  rr.ss.assign(max_setup_ops, Mat3i{});
-  rr.ts.assign(max_setup_ops, Vec3{});
-}
+// Operators read from their x,y,z texts, max_setup_ops at the most.
+struct Read_Operators {
+  std::vector<Mat3i> ss;
+  std::vector<Vec3> ts;
+};
 
-// The reduced set of a Hall symbol.
-void reduced_set_from_hall(Road_Result& rr, const std::string& symbol) {
-  prepare_lists(rr);
-  get_so_from_hall(rr.isystem, rr.icentre, rr.ibravl, rr.ng, rr.ss, rr.ts, rr.latsy, rr.co,
-                   rr.num_g, symbol);
+Read_Operators read_operators(const std::vector<std::string>& texts) {
+  const auto n = std::min<std::size_t>(texts.size(), max_setup_ops);
+  Read_Operators o{std::vector<Mat3i>(n), std::vector<Vec3>(n)};
+  for (std::size_t i = 0; i < n; ++i) read_xsym(texts[i], 1, o.ss[i], o.ts[i]);
+  return o;
 }
 
 // The reduced set of a list of generators read from their x,y,z texts.
-void reduced_set_from_generators(Road_Result& rr, const std::vector<std::string>& texts) {
-  prepare_lists(rr);
-  int n = std::min<int>(static_cast<int>(texts.size()), max_setup_ops);
-  for (int i = 0; i < n; ++i) read_xsym(texts[i], 1, rr.ss[i], rr.ts[i]);
-  rr.ng = n;
-  rr.num_g = n;
-  std::string lat_letter;
-  get_so_from_gener(rr.isystem, rr.icentre, rr.ibravl, rr.ng, rr.ss, rr.ts, rr.latsy, rr.co,
-                    rr.num_g, lat_letter);
+Group_Operators reduced_set_from_generators(const std::vector<std::string>& texts) {
+  const Read_Operators o = read_operators(texts);
+  return get_so_from_gener(static_cast<int>(o.ss.size()), o.ss, o.ts);
 }
 
 std::vector<std::string> first_generators(const std::vector<std::string>& gen, int ngen) {
@@ -213,7 +207,7 @@ std::vector<std::string> first_generators(const std::vector<std::string>& gen, i
   return {gen.begin(), gen.begin() + n};
 }
 
-bool road_fix(Space_Group_Type& spg, Road_Result& rr, std::string_view spacegen,
+bool road_fix(Space_Group_Type& spg, Group_Operators& rr, std::string_view spacegen,
               const std::vector<std::string>* gen, std::optional<int> ngen) {
   if (gen == nullptr || !ngen) {
     fail(" Generators should be provided if FIX option is Used");
@@ -224,14 +218,10 @@ bool road_fix(Space_Group_Type& spg, Road_Result& rr, std::string_view spacegen,
     fail(mess_generic);
     return false;
   }
-  prepare_lists(rr);
-  rr.ng = static_cast<int>(texts.size());
+  const Read_Operators o = read_operators(texts);
+  const std::string f_lat = is_blank(spacegen) ? std::string("Z") : std::string(spacegen);
+  rr = get_so_from_fix(static_cast<int>(o.ss.size()), o.ss, o.ts, f_lat);
   rr.num_g = rr.ng - 1;
-  for (int i = 0; i < rr.ng; ++i) read_xsym(texts[i], 1, rr.ss[i], rr.ts[i]);
-  std::string lat_letter;
-  std::string f_lat = is_blank(spacegen) ? std::string("Z") : std::string(spacegen);
-  get_so_from_fix(rr.isystem, rr.icentre, rr.ibravl, rr.ng, rr.ss, rr.ts, rr.latsy, rr.co,
-                  lat_letter, f_lat);
   spg.spg_symb = "unknown";
   spg.hall = "unknown";
   spg.laue.clear();
@@ -241,7 +231,7 @@ bool road_fix(Space_Group_Type& spg, Road_Result& rr, std::string_view spacegen,
   return true;
 }
 
-bool road_gen(Space_Group_Type& spg, Road_Result& rr, const std::vector<std::string>* gen,
+bool road_gen(Space_Group_Type& spg, Group_Operators& rr, const std::vector<std::string>* gen,
               std::optional<int> ngen) {
   if (gen == nullptr || !ngen) {
     fail(" Generators should be provided in GEN calling Set_SpaceGroup");
@@ -251,7 +241,7 @@ bool road_gen(Space_Group_Type& spg, Road_Result& rr, const std::vector<std::str
   for (const std::string& g : texts) {
     if (!check_generator(g)) return false;
   }
-  reduced_set_from_generators(rr, texts);
+  rr = reduced_set_from_generators(texts);
   spg.spg_symb = "unknown";
   spg.crystal_sys = system_name(rr.isystem);
   spg.setting = "Non-Conventional (user-given operators)";
@@ -260,9 +250,8 @@ bool road_gen(Space_Group_Type& spg, Road_Result& rr, const std::vector<std::str
 
 }  // namespace
 
-Road_Result setup_roads::road_hall(Space_Group_Type& spg, const std::string& spgm, int k) {
-  Road_Result rr;
-  reduced_set_from_hall(rr, spgm);
+Group_Operators setup_roads::road_hall(Space_Group_Type& spg, const std::string& spgm, int k) {
+  const Group_Operators rr = get_so_from_hall(spgm);
   if (k >= 0) {
     fill_table_fields(spg, k + 1);
   } else {
@@ -288,43 +277,33 @@ int num_gen_of_number(int num) {
 
 }  // namespace
 
-Road_Result setup_roads::road_hms(Space_Group_Type& spg, std::string_view spacegen, int k,
-                                  const std::string& row_hall) {
-  Road_Result rr;
-  bool colon = has_colon(spacegen);
-  if (colon && k >= 0) {
-    reduced_set_from_hall(rr, row_hall);
-  } else {
-    // The symbol read by its own rules, without the colon and what follows it.
-    rr.set_num_gen = false;
-    std::string_view symbol = spacegen.substr(0, spacegen.find(':'));
-    prepare_lists(rr);
-    get_so_from_hms(rr.isystem, &rr.icentre, rr.ibravl, rr.ng, rr.ss, rr.ts, rr.latsy, symbol);
-    rr.co = {0, 0, 0};
-  }
+Group_Operators setup_roads::road_hms(Space_Group_Type& spg, std::string_view spacegen, int k,
+                                      const std::string& row_hall) {
+  // A symbol with a ":" choice on a row of the table goes by the row's Hall symbol; otherwise
+  // the symbol is read by its own rules, without the colon and what follows it.
+  const bool by_hall = has_colon(spacegen) && k >= 0;
+  Group_Operators rr = by_hall ? get_so_from_hall(row_hall)
+                               : get_so_from_hms(spacegen.substr(0, spacegen.find(':')));
   if (k >= 0) {
     fill_table_fields(spg, k + 1);
   } else {
     spg.spg_symb = trim(fixed(adjustl(spacegen), spg_symb_len));
-    spg.num_gen = 0;
   }
   spg.crystal_sys = system_name(rr.isystem);
-  if (!colon || k < 0) spg.setting = "IT (Generated from Hermann-Mauguin symbol)";
-  if (k >= 0) {
-    if (!colon) {
-      spg.num_gen = num_gen_of_number(spg.num_spg);
-    } else {
-      spg.setting = "Generated from Hall symbol";
-      spg.num_gen = std::max(0, rr.num_g);
-    }
+  if (by_hall) {
+    spg.setting = "Generated from Hall symbol";
+  } else {
+    spg.setting = "IT (Generated from Hermann-Mauguin symbol)";
+    // The reading by the rules names no generators: the group's number tells how many it has,
+    // none without a row of the table.
+    rr.num_g = k >= 0 ? num_gen_of_number(spg.num_spg) : 0;
   }
   return rr;
 }
 
-Road_Result setup_roads::road_itc_generators(Space_Group_Type& spg, std::string_view spacegen,
-                                             const std::string& gener, int k) {
-  Road_Result rr;
-  reduced_set_from_generators(rr, split_generators(gener));
+Group_Operators setup_roads::road_itc_generators(Space_Group_Type& spg, std::string_view spacegen,
+                                                 const std::string& gener, int k) {
+  const Group_Operators rr = reduced_set_from_generators(split_generators(gener));
   if (k >= 0) {
     fill_table_fields(spg, k + 1);
     spg.setting = "Generated from explicit IT generators";
@@ -337,7 +316,7 @@ Road_Result setup_roads::road_itc_generators(Space_Group_Type& spg, std::string_
 
 namespace {
 
-bool road_itc(Space_Group_Type& spg, Road_Result& rr, std::string_view spacegen,
+bool road_itc(Space_Group_Type& spg, Group_Operators& rr, std::string_view spacegen,
               const std::string& spgm, int k) {
   std::string gener;
   if (!get_generators(trim(spgm), gener)) {
@@ -349,7 +328,7 @@ bool road_itc(Space_Group_Type& spg, Road_Result& rr, std::string_view spacegen,
   return true;
 }
 
-void fill_common_fields(Space_Group_Type& spg, const Road_Result& rr) {
+void fill_common_fields(Space_Group_Type& spg, const Group_Operators& rr) {
   spg.spg_lat = lat_ch;
   spg.spg_latsy = rr.latsy;
   int n = std::clamp(nlat, 0, max_lattice_points);
@@ -362,11 +341,11 @@ void fill_common_fields(Space_Group_Type& spg, const Road_Result& rr) {
   spg.centred = rr.icentre;
   spg.centre_coord = rr.co;
   spg.num_ops = rr.ng;
-  if (rr.set_num_gen) spg.num_gen = std::max(0, rr.num_g);
+  spg.num_gen = std::max(0, rr.num_g);
 }
 
 // Whether one of the operators 2..ng has a rotation of hexagonal form.
-bool hexagonal_form(const Road_Result& rr) {
+bool hexagonal_form(const Group_Operators& rr) {
   for (int i = 1; i < rr.ng; ++i) {
     const Mat3i& m = rr.ss[i];
     for (int col = 0; col < 2; ++col) {
@@ -377,7 +356,7 @@ bool hexagonal_form(const Road_Result& rr) {
 }
 
 // symop: the reduced set, its inverted copies, then one block per centring vector.
-void expand_operators(Space_Group_Type& spg, const Road_Result& rr, bool fixed_list) {
+void expand_operators(Space_Group_Type& spg, const Group_Operators& rr, bool fixed_list) {
   int ng = rr.ng;
   int nl = std::max(1, spg.num_lat);
   if (fixed_list) {
@@ -514,7 +493,7 @@ void set_spacegroup(std::string_view spacegen, Space_Group_Type& spacegroup,
     fail(" Problems in SpaceGroup");
     return;
   }
-  Road_Result rr;
+  Group_Operators rr;
   bool ok = true;
   switch (*rc.opcion) {
     case Road::fix:
@@ -550,8 +529,8 @@ std::optional<Road> setup_roads::road_of_mode(std::string_view mode) {
   return std::nullopt;
 }
 
-void setup_roads::finish_spacegroup(Space_Group_Type& spacegroup, const Road_Result& rr, Road road,
-                                    int k) {
+void setup_roads::finish_spacegroup(Space_Group_Type& spacegroup, const Group_Operators& rr,
+                                    Road road, int k) {
   fill_common_fields(spacegroup, rr);
 
   if (err_symm) {

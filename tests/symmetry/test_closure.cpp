@@ -31,7 +31,7 @@ Ops parse(const std::vector<std::string>& texts) {
   return o;
 }
 
-void expect_ops(const Ops& got, int ng, const std::vector<std::string>& want) {
+void expect_ops(const Group_Operators& got, int ng, const std::vector<std::string>& want) {
   ASSERT_GE(ng, static_cast<int>(want.size()));
   const Ops w = parse(want);
   for (std::size_t i = 0; i < want.size(); ++i) {
@@ -40,35 +40,24 @@ void expect_ops(const Ops& got, int ng, const std::vector<std::string>& want) {
   }
 }
 
-struct Gener_Result {
-  int isystem = -1, icentre = -1, ibravl = -1, ng = 0, num_g = -1;
-  std::string latsy, lat_letter;
-  Vec3 co{};
-  Ops ops;
-};
-
-Gener_Result gener(const std::vector<std::string>& texts) {
-  Gener_Result r;
-  r.ops = parse(texts);
-  r.ng = static_cast<int>(texts.size());
+Group_Operators gener(const std::vector<std::string>& texts) {
+  const Ops o = parse(texts);
   init_err_symm();
-  get_so_from_gener(r.isystem, r.icentre, r.ibravl, r.ng, r.ops.ss, r.ops.ts, r.latsy, r.co,
-                    r.num_g, r.lat_letter);
-  return r;
+  return get_so_from_gener(static_cast<int>(texts.size()), o.ss, o.ts);
 }
 
 TEST(Closure, OrderOfTheReducedSetFollowsGeneratorsThenProducts) {
-  const Gener_Result r = gener({"-x+1/2,-y,z+1/2", "-x,y+1/2,-z+1/2"});
+  const Group_Operators r = gener({"-x+1/2,-y,z+1/2", "-x,y+1/2,-z+1/2"});
   EXPECT_FALSE(err_symm);
   EXPECT_EQ(r.ng, 4);
   EXPECT_EQ(r.num_g, 2);
   EXPECT_EQ(r.latsy, "oP");
   EXPECT_EQ(r.isystem, 3);
-  expect_ops(r.ops, r.ng, {"x,y,z", "-x+1/2,-y,z+1/2", "-x,y+1/2,-z+1/2", "x+1/2,-y+1/2,-z"});
+  expect_ops(r, r.ng, {"x,y,z", "-x+1/2,-y,z+1/2", "-x,y+1/2,-z+1/2", "x+1/2,-y+1/2,-z"});
 }
 
 TEST(Closure, PureTranslationsNameTheLattice) {
-  Gener_Result r = gener({"x+1/2,y+1/2,z", "-x,-y,z"});
+  Group_Operators r = gener({"x+1/2,y+1/2,z", "-x,-y,z"});
   EXPECT_EQ(r.ibravl, 4);
   EXPECT_EQ(r.lat_letter, "C");
   EXPECT_EQ(r.latsy, "mC");
@@ -99,31 +88,31 @@ TEST(Closure, PureTranslationsNameTheLattice) {
 
 TEST(Closure, CentredGroupIsClosedModuloTheCentring) {
   // C 2/c: the centring and -1 leave the generators; the reduced set keeps two operators.
-  const Gener_Result r = gener({"x+1/2,y+1/2,z", "-x,y,-z+1/2", "-x,-y,-z"});
+  const Group_Operators r = gener({"x+1/2,y+1/2,z", "-x,y,-z+1/2", "-x,-y,-z"});
   EXPECT_FALSE(err_symm);
   EXPECT_EQ(r.ng, 2);
   EXPECT_EQ(r.num_g, 1);
   EXPECT_EQ(r.icentre, 2);
   EXPECT_EQ(r.latsy, "mC");
-  expect_ops(r.ops, r.ng, {"x,y,z", "-x,y,-z+1/2"});
+  expect_ops(r, r.ng, {"x,y,z", "-x,y,-z+1/2"});
 }
 
 TEST(Closure, PowersWhoseTranslationIsACentringAreLeftToTheProducts) {
   // In I 41: the square of -y,x+1/2,z+1/4 has the translation (1/2,1/2,1/2), which the lattice
   // takes to zero, so that the power step passes it and the products bring it in last.
-  const Gener_Result r = gener({"x+1/2,y+1/2,z+1/2", "-y,x+1/2,z+1/4"});
+  const Group_Operators r = gener({"x+1/2,y+1/2,z+1/2", "-y,x+1/2,z+1/4"});
   EXPECT_FALSE(err_symm);
   EXPECT_EQ(r.ng, 4);
   EXPECT_EQ(r.latsy, "tI");
-  expect_ops(r.ops, r.ng, {"x,y,z", "-y,x+1/2,z+1/4", "y,-x+1/2,z+1/4", "-x,-y,z"});
+  expect_ops(r, r.ng, {"x,y,z", "-y,x+1/2,z+1/4", "y,-x+1/2,z+1/4", "-x,-y,z"});
 }
 
 TEST(Closure, CentreOfSymmetryOnAndOffTheOrigin) {
-  Gener_Result r = gener({"-x,-y,z", "-x,-y,-z"});
+  Group_Operators r = gener({"-x,-y,z", "-x,-y,-z"});
   EXPECT_EQ(r.icentre, 2);
   EXPECT_EQ(r.ng, 2);
   EXPECT_EQ(r.num_g, 1);
-  expect_ops(r.ops, r.ng, {"x,y,z", "-x,-y,z"});
+  expect_ops(r, r.ng, {"x,y,z", "-x,-y,z"});
 
   r = gener({"-x,-y,z", "-x+1/2,-y,-z"});
   EXPECT_EQ(r.icentre, 0);
@@ -135,48 +124,45 @@ TEST(Closure, CentreOfSymmetryOnAndOffTheOrigin) {
 
 TEST(Closure, FixAnalysesACompleteList) {
   Ops o = parse({"x,y,z", "-x,y,-z", "-x,-y,-z", "x,-y,z"});
-  int isystem = 0, icentre = 0, ibravl = 0;
-  std::string latsy, letter;
-  Vec3 co{1, 1, 1};
   init_err_symm();
-  get_so_from_fix(isystem, icentre, ibravl, 4, o.ss, o.ts, latsy, co, letter);
+  Group_Operators r = get_so_from_fix(4, o.ss, o.ts);
   EXPECT_FALSE(err_symm);
-  EXPECT_EQ(letter, "P");
-  EXPECT_EQ(ibravl, 1);
-  EXPECT_EQ(icentre, 2);
+  EXPECT_EQ(r.lat_letter, "P");
+  EXPECT_EQ(r.ibravl, 1);
+  EXPECT_EQ(r.icentre, 2);
   // The crystal system counts the whole list: the twofold axis and the mirror make two
   // operators of order two, which is no monoclinic count.
-  EXPECT_EQ(isystem, 1);
-  EXPECT_EQ(latsy, "aP");
-  EXPECT_EQ(co, (Vec3{0, 0, 0}));
-  get_so_from_fix(isystem, icentre, ibravl, 2, o.ss, o.ts, latsy, co, letter, "P 1 2 1");
-  EXPECT_EQ(letter, "P");
-  EXPECT_EQ(icentre, 1);
-  EXPECT_EQ(latsy, "mP");
+  EXPECT_EQ(r.isystem, 1);
+  EXPECT_EQ(r.latsy, "aP");
+  EXPECT_EQ(r.co, (Vec3{0, 0, 0}));
+  r = get_so_from_fix(2, o.ss, o.ts, "P 1 2 1");
+  EXPECT_EQ(r.lat_letter, "P");
+  EXPECT_EQ(r.icentre, 1);
+  EXPECT_EQ(r.latsy, "mP");
 
   // Pure translations name the lattice when no letter is asked for.
   o = parse({"x,y,z", "-x,-y,z", "x+1/2,y+1/2,z", "-x+1/2,-y+1/2,z", "-x+1/2,-y,-z"});
-  get_so_from_fix(isystem, icentre, ibravl, 5, o.ss, o.ts, latsy, co, letter);
-  EXPECT_EQ(letter, "C");
-  EXPECT_EQ(ibravl, 4);
+  r = get_so_from_fix(5, o.ss, o.ts);
+  EXPECT_EQ(r.lat_letter, "C");
+  EXPECT_EQ(r.ibravl, 4);
   EXPECT_EQ(nlat, 2);
-  EXPECT_EQ(icentre, 0);
-  EXPECT_FLOAT_EQ(co[0], 0.25f);
+  EXPECT_EQ(r.icentre, 0);
+  EXPECT_FLOAT_EQ(r.co[0], 0.25f);
 
   // With a letter the translations give Z, their vectors taken as they are.
-  get_so_from_fix(isystem, icentre, ibravl, 5, o.ss, o.ts, latsy, co, letter, "Z");
-  EXPECT_EQ(letter, "Z");
-  EXPECT_EQ(ibravl, 8);
+  r = get_so_from_fix(5, o.ss, o.ts, "Z");
+  EXPECT_EQ(r.lat_letter, "Z");
+  EXPECT_EQ(r.ibravl, 8);
   EXPECT_EQ(nlat, 2);
   EXPECT_EQ(lat_ch, 'Z');
   EXPECT_FLOAT_EQ(ltr[1][0], 0.5f);
-  EXPECT_EQ(latsy[1], 'Z');
+  EXPECT_EQ(r.latsy[1], 'Z');
 
   // Two of A, B, C make F.
   o = parse({"x,y,z", "x+1/2,y+1/2,z", "x,y+1/2,z+1/2"});
-  get_so_from_fix(isystem, icentre, ibravl, 3, o.ss, o.ts, latsy, co, letter);
-  EXPECT_EQ(letter, "F");
-  EXPECT_EQ(ibravl, 7);
+  r = get_so_from_fix(3, o.ss, o.ts);
+  EXPECT_EQ(r.lat_letter, "F");
+  EXPECT_EQ(r.ibravl, 7);
   EXPECT_EQ(nlat, 4);
 }
 

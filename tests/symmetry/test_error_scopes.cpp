@@ -16,8 +16,6 @@
 namespace velmoria {
 namespace {
 
-using setup_roads::Road_Result;
-
 const std::string bad_character = " Invalid character... q in operator string";
 const std::string bad_lattice = " IBRAVL is Equal Zero";
 const std::string fivefold = " The fivefold axis is not allowed";
@@ -68,7 +66,7 @@ TEST(SetupRoadErrors, EachRoadOfSetSpacegroupReportsItsFailure) {
 // runs inside its own scope.  Each road is run once with a good text (the group comes out) and
 // once with a bad one.
 TEST(SetupRoadErrors, RoadsOnATabulatedRowKeepTheReadingError) {
-  using Road = std::function<Road_Result(Space_Group_Type&, const std::string&, int)>;
+  using Road = std::function<Group_Operators(Space_Group_Type&, const std::string&, int)>;
   struct Case {
     setup_roads::Road opcion;
     int row;
@@ -113,7 +111,7 @@ TEST(SetupRoadErrors, RoadsOnATabulatedRowKeepTheReadingError) {
       std::string mess;
       {
         const Symm_Scope scope;
-        const Road_Result rr = c.road(spg, good ? c.good : c.bad, c.row);
+        const Group_Operators rr = c.road(spg, good ? c.good : c.bad, c.row);
         setup_roads::finish_spacegroup(spg, rr, c.opcion, c.row);
         failed = err_symm;
         mess = err_symm_mess;

@@ -12,17 +12,8 @@
 namespace velmoria {
 namespace {
 
-struct Hms_Result {
-  int isystem = -1, icentre = -1, ibravl = -1, ng = -1;
-  std::string latsy;
-  std::vector<Mat3i> ss;
-  std::vector<Vec3> ts;
-};
-
-Hms_Result hms(std::string_view symbol) {
-  Hms_Result r;
-  get_so_from_hms(r.isystem, &r.icentre, r.ibravl, r.ng, r.ss, r.ts, r.latsy, symbol);
-  return r;
+Group_Operators hms(std::string_view symbol) {
+  return get_so_from_hms(symbol);
 }
 
 TEST(HmSymbols, FaultsOfTheSymbol) {
@@ -42,7 +33,7 @@ TEST(HmSymbols, FaultsOfTheSymbol) {
       {"P 23", " Screw axis: 2 3 not allowed"},
   };
   for (const auto& [symbol, message] : cases) {
-    Hms_Result r = hms(symbol);
+    Group_Operators r = hms(symbol);
     EXPECT_TRUE(err_symm) << symbol;
     EXPECT_EQ(err_symm_mess, message) << symbol;
     // The reset state: the identity and zeros.
@@ -58,7 +49,7 @@ TEST(HmSymbols, FaultsOfTheSymbol) {
   }
   // Text beyond the fields stays in bounds: a fourth item overwrites the third, long items
   // overwrite their last character.
-  Hms_Result r = hms("P M M M M M M");
+  Group_Operators r = hms("P M M M M M M");
   EXPECT_FALSE(err_symm) << err_symm_mess;
   EXPECT_EQ(r.ng, 4);
   hms(std::string(500, 'P'));

@@ -85,20 +85,15 @@ void expect_closed(const std::vector<Exact_Op>& ops, const std::string& name) {
 }
 
 TEST(ExactOperator, PrimitiveGroupsAreClosedUnderProductsAndInverses) {
-  int isystem = 0, icentre = 0, ibravl = 0, ng = 0, num_g = 0;
-  std::vector<Mat3i> ss;
-  std::vector<Vec3> ts;
-  std::string latsy;
-  Vec3 co{};
   for (const char* hall : {"P 61 2 (0 0 -1)", "P 2ac 2ab", "P 4 2 3", "P 31 2c (0 0 1)"}) {
-    get_so_from_hall(isystem, icentre, ibravl, ng, ss, ts, latsy, co, num_g, hall);
+    const Group_Operators g = get_so_from_hall(hall);
     ASSERT_FALSE(err_symm) << hall;
-    expect_closed(exact_set(ss, ts, ng), hall);
+    expect_closed(exact_set(g.ss, g.ts, g.ng), hall);
   }
   for (const char* hm : {"P 65 2 2", "P 21 21 21", "P 42/N", "P N -3 N"}) {
-    get_so_from_hms(isystem, &icentre, ibravl, ng, ss, ts, latsy, hm);
+    const Group_Operators g = get_so_from_hms(hm);
     ASSERT_FALSE(err_symm) << hm;
-    expect_closed(exact_set(ss, ts, ng), hm);
+    expect_closed(exact_set(g.ss, g.ts, g.ng), hm);
   }
 }
 
