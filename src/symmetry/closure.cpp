@@ -235,57 +235,35 @@ bool add_powers(std::vector<Exact_Op>& tabla, const Closure_Lattice& lat) {
   return true;
 }
 
-// Flags of the lattice found among the pure translations of a list.
-struct Lattice_Flags {
-  bool p = true;
-  bool a = false;
-  bool b = false;
-  bool c = false;
-  bool i = false;
-  bool r = false;
-  bool f = false;
-  bool z = false;
-};
+// The centrings that the pure translations of a list show, as their letters: A, B, C, I, R,
+// and Z for a translation of no standard centring.
+bool holds(std::string_view found, char letter) {
+  return found.find(letter) != std::string_view::npos;
+}
 
-void mark_translation(const Vec3i& t, Lattice_Flags& fl) {
+void add_centring(const Vec3i& t, std::string& found) {
+  constexpr std::string_view letters = "ABCIRR";  // those of lattice_vectors
   const auto hit = std::find(lattice_vectors.begin(), lattice_vectors.end(), t);
-  switch (hit - lattice_vectors.begin()) {
-    case 0:
-      fl.a = true;
-      break;
-    case 1:
-      fl.b = true;
-      break;
-    case 2:
-      fl.c = true;
-      break;
-    case 3:
-      fl.i = true;
-      break;
-    case 4:
-    case 5:
-      fl.r = true;
-      break;
-    default:
-      fl.z = true;
-      break;
-  }
+  const char letter = hit == lattice_vectors.end()
+                          ? 'Z'
+                          : letters[static_cast<std::size_t>(hit - lattice_vectors.begin())];
+  if (!holds(found, letter)) found += letter;
 }
 
-void a_b_c_to_f(Lattice_Flags& fl) {
-  if (static_cast<int>(fl.a) + static_cast<int>(fl.b) + static_cast<int>(fl.c) >= 2) {
-    fl.a = fl.b = fl.c = fl.i = fl.p = false;
-    fl.f = true;
-  }
+// Two of the face centrings A, B, C make F, which takes their place and that of I.
+void faces_to_f(std::string& found) {
+  auto face = [](char l) { return l == 'A' || l == 'B' || l == 'C'; };
+  if (std::count_if(found.begin(), found.end(), face) < 2) return;
+  std::erase_if(found, [&face](char l) { return face(l) || l == 'I'; });
+  found += 'F';
 }
 
-// The letter of the flags, later flags overwriting earlier ones: P A B C I R F Z.
-char letter_of(const Lattice_Flags& fl) {
+// The lattice letter of the centrings found, later letters overriding earlier ones:
+// P A B C I R F Z.
+char letter_of(std::string_view found) {
   char l = 'P';
-  const std::array<std::pair<bool, char>, 7> order = {
-      {{fl.a, 'A'}, {fl.b, 'B'}, {fl.c, 'C'}, {fl.i, 'I'}, {fl.r, 'R'}, {fl.f, 'F'}, {fl.z, 'Z'}}};
-  for (const auto& [set, letter] : order) {
-    if (set) l = letter;
+  for (const char letter : std::string_view("ABCIRFZ")) {
+    if (holds(found, letter)) l = letter;
   }
   return l;
 }
@@ -324,39 +302,55 @@ void remove_duplicates(std::vector<Vec3>& latc) {
   std::erase_if(latc, [](const Vec3& v) { return abs_sum(v) < centring_tolerance; });
 }
 
+// What one pair of entries gave to a list that is being closed.
+enum class Pair_Step { nothing, added, full };
+
+// Passes over the pairs (i, j), j >= i, of the entries a list holds at the start of the pass,
+// until a pass adds nothing; false as soon as a step finds the list full.
+template <class List, class Step>
+bool close_over_pairs(const List& list, Step step) {
+  bool added = true;
+  while (added) {
+    added = false;
+    const std::size_t n = list.size();
+    for (std::size_t i = 0; i < n; ++i) {
+      for (std::size_t j = i; j < n; ++j) {
+        const Pair_Step got = step(i, j);
+        if (got == Pair_Step::full) return false;
+        if (got == Pair_Step::added) added = true;
+      }
+    }
+  }
+  return true;
+}
+
 // Adds the sums a v_i + b v_j reduced to the cell until nothing new comes; false when the
 // vectors pass the limit of the lattice tables.
 bool complete_centring(std::vector<Vec3>& latc) {
   std::vector<int> range(latc.size());
   std::transform(latc.begin(), latc.end(), range.begin(), vector_range);
-  bool added = true;
-  while (added) {
-    added = false;
-    const std::size_t l = latc.size();
-    for (std::size_t i = 0; i < l; ++i) {
-      for (std::size_t j = i; j < l; ++j) {
-        for (int a = 0; a <= range[i]; ++a) {
-          for (int b = 0; b <= range[j]; ++b) {
-            Vec3 v{};
-            for (int k = 0; k < 3; ++k) {
-              v[k] = static_cast<float>(a) * latc[i][k] + static_cast<float>(b) * latc[j][k];
-            }
-            v = modulo_lat(v);
-            if (abs_sum(v) < centring_tolerance) continue;
-            if (std::any_of(v.begin(), v.end(), [](float x) { return x > centring_upper; })) {
-              continue;
-            }
-            if (is_held(v, latc)) continue;
-            if (static_cast<int>(latc.size()) >= max_centring_vectors) return false;
-            latc.push_back(v);
-            range.push_back(vector_range(v));
-            added = true;
-          }
+  return close_over_pairs(latc, [&](std::size_t i, std::size_t j) {
+    Pair_Step got = Pair_Step::nothing;
+    for (int a = 0; a <= range[i]; ++a) {
+      for (int b = 0; b <= range[j]; ++b) {
+        Vec3 v{};
+        for (int k = 0; k < 3; ++k) {
+          v[k] = static_cast<float>(a) * latc[i][k] + static_cast<float>(b) * latc[j][k];
         }
+        v = modulo_lat(v);
+        if (abs_sum(v) < centring_tolerance) continue;
+        if (std::any_of(v.begin(), v.end(), [](float x) { return x > centring_upper; })) {
+          continue;
+        }
+        if (is_held(v, latc)) continue;
+        if (static_cast<int>(latc.size()) >= max_centring_vectors) return Pair_Step::full;
+        latc.push_back(v);
+        range.push_back(vector_range(v));
+        got = Pair_Step::added;
       }
     }
-  }
-  return true;
+    return got;
+  });
 }
 
 bool each_among(const std::vector<Vec3>& latc, std::span<const Vec3> choices) {
@@ -370,18 +364,15 @@ char name_centring(const std::vector<Vec3>& latc) {
   switch (latc.size()) {
     case 0:
       return 'P';
-    case 1: {
-      const std::array<std::pair<Vec3, char>, 4> single = {
-          {{ltr_i[1], 'I'}, {ltr_a[1], 'A'}, {ltr_b[1], 'B'}, {ltr_c[1], 'C'}}};
-      for (const auto& [vec, letter] : single) {
-        if (abs_diff(latc[0], vec) < centring_tolerance) return letter;
+    case 1:
+      for (const char letter : std::string_view("IABC")) {
+        if (abs_diff(latc[0], ltr_of(letter)[1]) < centring_tolerance) return letter;
       }
       return 'P';
-    }
     case 2:
-      return each_among(latc, std::span(ltr_r).subspan(1)) ? 'R' : 'P';
+      return each_among(latc, ltr_of('R').subspan(1)) ? 'R' : 'P';
     case 3:
-      return each_among(latc, std::span(ltr_f).subspan(1)) ? 'F' : 'P';
+      return each_among(latc, ltr_of('F').subspan(1)) ? 'F' : 'P';
     default:
       return 'Z';
   }
@@ -429,14 +420,14 @@ void sort_out_pairs(std::vector<Mat3i>& g, std::vector<Vec3>& tg) {
 }
 
 // The pure translations of the generators: their flags and their vectors; they are dropped.
-void take_translations(std::vector<Mat3i>& g, std::vector<Vec3>& tg, Lattice_Flags& fl,
+void take_translations(std::vector<Mat3i>& g, std::vector<Vec3>& tg, std::string& found,
                        std::vector<Vec3>& latc) {
   for (std::size_t i = 0; i < g.size(); ++i) {
     if (g[i] != identity_matrix) continue;
     const Vec3i t = twelfths_of(tg[i]);
     if (!is_zero(t)) {
       latc.push_back(tg[i]);
-      mark_translation(t, fl);
+      add_centring(t, found);
     }
     g[i] = zero_matrix;
   }
@@ -490,30 +481,22 @@ std::vector<Vec3> standard_centring(char letter) {
 
 bool close_by_products(std::vector<Exact_Op>& tabla, const Closure_Lattice& lat,
                        bool number_in_message) {
-  bool added = true;
-  while (added) {
-    added = false;
-    const std::size_t n = tabla.size();
-    for (std::size_t j = 0; j < n; ++j) {
-      for (std::size_t i = j; i < n; ++i) {
-        Exact_Op m2 = reduced(tabla[j] * tabla[i]);
-        reduce_plain(m2.tr, lat);
-        if (already_held(m2, tabla, lat)) continue;
-        if (static_cast<int>(tabla.size()) >= max_closure_ops) {
-          const int nop = static_cast<int>(tabla.size()) + 1;
-          if (number_in_message) {
-            set_err_symm(sput("a,a", " Dimension of Table exceeded (II): ", nop));
-          } else {
-            set_err_symm(" Dimension of Table exceeded (II)");
-          }
-          return false;
-        }
-        tabla.push_back(m2);
-        added = true;
+  return close_over_pairs(tabla, [&](std::size_t j, std::size_t i) {
+    Exact_Op m2 = reduced(tabla[j] * tabla[i]);
+    reduce_plain(m2.tr, lat);
+    if (already_held(m2, tabla, lat)) return Pair_Step::nothing;
+    if (static_cast<int>(tabla.size()) >= max_closure_ops) {
+      const int nop = static_cast<int>(tabla.size()) + 1;
+      if (number_in_message) {
+        set_err_symm(sput("a,a", " Dimension of Table exceeded (II): ", nop));
+      } else {
+        set_err_symm(" Dimension of Table exceeded (II)");
       }
+      return Pair_Step::full;
     }
-  }
-  return true;
+    tabla.push_back(m2);
+    return Pair_Step::added;
+  });
 }
 
 Group_Operators get_so_from_gener(int ng, const std::vector<Mat3i>& ss,
@@ -531,15 +514,14 @@ Group_Operators get_so_from_gener(int ng, const std::vector<Mat3i>& ss,
   std::vector<Vec3> tg(ts.begin(), ts.begin() + static_cast<std::ptrdiff_t>(given));
 
   sort_out_pairs(g, tg);
-  Lattice_Flags fl;
+  std::string found;
   std::vector<Vec3> latc;
-  take_translations(g, tg, fl, latc);
+  take_translations(g, tg, found, latc);
 
-  // The lattice.
-  a_b_c_to_f(fl);
-  if (fl.r && (fl.f || fl.i || fl.a || fl.b || fl.c)) fl.z = true;
-  if (fl.z) fl = Lattice_Flags{false, false, false, false, false, false, false, true};
-  const char letter = letter_of(fl);
+  // The lattice; R together with another centring is no conventional lattice.
+  faces_to_f(found);
+  if (holds(found, 'R') && found.find_first_of("ABCIF") != std::string::npos) found += 'Z';
+  const char letter = letter_of(found);
   r.ibravl = ibravl_of(letter);
   Closure_Lattice lat;
   lat.ibravl = r.ibravl;
@@ -622,17 +604,17 @@ Group_Operators get_so_from_fix(int ng, const std::vector<Mat3i>& ss, const std:
     }
     r.lat_letter.assign(1, latc.empty() ? 'P' : 'Z');
   } else {
-    Lattice_Flags fl;
+    std::string found;
     for (int i = 0; i < n; ++i) {
       const auto k = static_cast<std::size_t>(i);
       if (r.ss[k] != identity_matrix) continue;
       const Vec3i t = twelfths_of(r.ts[k]);
       if (is_zero(t)) continue;
       latc.push_back(r.ts[k]);
-      mark_translation(t, fl);
+      add_centring(t, found);
     }
-    a_b_c_to_f(fl);
-    r.lat_letter = std::string(1, letter_of(fl));
+    faces_to_f(found);
+    r.lat_letter = std::string(1, letter_of(found));
   }
   r.ibravl = ibravl_of(r.lat_letter[0]);
   if (static_cast<int>(latc.size()) > max_centring_vectors) {

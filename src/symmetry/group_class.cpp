@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <array>
+#include <string>
+#include <string_view>
 
 #include "support/text.hpp"
 #include "symmetry/tables.hpp"
@@ -47,12 +49,47 @@ struct Laue_Pg {
   std::string pg;
 };
 
+// Crystal system from the counts of the rotation types of the reduced set.
+int crystal_system_of(const Type_Counts& c) {
+  if (c[3] + c[-3] == 8) return 7;
+  if (c[6] + c[-6] == 2) return 6;
+  if (c[3] + c[-3] == 2) return 5;
+  if (c[4] + c[-4] == 2) return 4;
+  if (c[2] + c[-2] == 3) return 3;
+  if (c[2] + c[-2] == 1) return 2;
+  return 1;
+}
+
+// A Laue class whose point groups are told by one kind of axis: the class itself for a centric
+// group; otherwise the group `proper` when its `axes` axes of that kind are all rotations, the
+// group `improper` when they are all rotoinversions.
+Laue_Pg by_one_axis(const char* laue, bool acentric, const Type_Counts& c, int type, int axes,
+                    const char* proper, const char* improper) {
+  if (!acentric) return {laue, laue};
+  if (c[type] == axes) return {laue, proper};
+  if (c[-type] == axes) return {laue, improper};
+  return {laue, ""};
+}
+
+// The Laue class n/mmm (n = 4 or 6): n/mmm for a centric group, n22 or nmm with the rotation
+// n; with the rotoinversion -n the group is the one `improper` tells from the setting of the
+// mirrors.
+template <class Improper>
+Laue_Pg n_over_mmm(int n, bool acentric, const Type_Counts& c, Improper improper) {
+  const std::string axis = std::to_string(n);
+  const std::string laue = axis + "/mmm";
+  if (!acentric) return {laue, laue};
+  if (c[-n] == 2) return {laue, improper()};
+  if (c[n] == 2) {
+    if (c[2] == n + 1) return {laue, axis + "22"};
+    if (c[-2] == n) return {laue, axis + "mm"};
+  }
+  return {laue, ""};
+}
+
 Laue_Pg trigonal_six(const Space_Group_Type& g, int count, const Type_Counts& c, bool acentric) {
   if (!g.hexa_axes) {
-    if (!acentric) return {"-3m", "-3m"};
-    if (c[2] == 3) return {"-3m", "32"};
-    if (c[-2] == 3) return {"-3m", "3m"};
-    return {"-3m", ""};
+    return by_one_axis("-3m", acentric, c, 2, 3, "32", "3m");
   }
   if (!acentric) {
     const int row = row_of_first(g, count, -2, hexagonal_first, hexagonal_last, -12);
@@ -82,23 +119,12 @@ Laue_Pg classify(const Space_Group_Type& g, int count, const Type_Counts& c, int
     return {};
   }
   if (c[6] + c[-6] == 2) {
-    if (total == 6) {
-      if (!acentric) return {"6/m", "6/m"};
-      if (c[6] == 2) return {"6/m", "6"};
-      if (c[-6] == 2) return {"6/m", "-6"};
-      return {"6/m", ""};
-    }
+    if (total == 6) return by_one_axis("6/m", acentric, c, 6, 2, "6", "-6");
     if (total == 12) {
-      if (!acentric) return {"6/mmm", "6/mmm"};
-      if (c[-6] == 2) {
+      return n_over_mmm(6, acentric, c, [&] {
         const int row = row_of_first(g, count, 2, hexagonal_first, hexagonal_last, -12);
-        return {"6/mmm", row == 31 ? "-62m" : "-6m2"};
-      }
-      if (c[6] == 2) {
-        if (c[2] == 7) return {"6/mmm", "622"};
-        if (c[-2] == 6) return {"6/mmm", "6mm"};
-      }
-      return {"6/mmm", ""};
+        return row == 31 ? "-62m" : "-6m2";
+      });
     }
     return {};
   }
@@ -108,23 +134,12 @@ Laue_Pg classify(const Space_Group_Type& g, int count, const Type_Counts& c, int
     return {};
   }
   if (c[4] + c[-4] == 2) {
-    if (total == 4) {
-      if (!acentric) return {"4/m", "4/m"};
-      if (c[4] == 2) return {"4/m", "4"};
-      if (c[-4] == 2) return {"4/m", "-4"};
-      return {"4/m", ""};
-    }
+    if (total == 4) return by_one_axis("4/m", acentric, c, 4, 2, "4", "-4");
     if (total == 8) {
-      if (!acentric) return {"4/mmm", "4/mmm"};
-      if (c[-4] == 2) {
+      return n_over_mmm(4, acentric, c, [&] {
         const int row = row_of_first(g, count, -2, cubic_first, cubic_last, 24);
-        return {"4/mmm", row == 28 ? "-4m2" : "-42m"};
-      }
-      if (c[4] == 2) {
-        if (c[2] == 5) return {"4/mmm", "422"};
-        if (c[-2] == 4) return {"4/mmm", "4mm"};
-      }
-      return {"4/mmm", ""};
+        return row == 28 ? "-4m2" : "-42m";
+      });
     }
     return {};
   }
@@ -139,12 +154,7 @@ Laue_Pg classify(const Space_Group_Type& g, int count, const Type_Counts& c, int
     }
     return {"mmm", ""};
   }
-  if (c[2] + c[-2] == 1) {
-    if (!acentric) return {"2/m", "2/m"};
-    if (c[2] == 1) return {"2/m", "2"};
-    if (c[-2] == 1) return {"2/m", "m"};
-    return {"2/m", ""};
-  }
+  if (c[2] + c[-2] == 1) return by_one_axis("2/m", acentric, c, 2, 1, "2", "m");
   if (total == 1) return {"-1", acentric ? "1" : "-1"};
   return {};
 }
@@ -189,11 +199,17 @@ int axes_rotation(const Mat3i& r) {
   return 0;
 }
 
+char family_letter(int isystem) {
+  constexpr std::string_view letters = "amothhc";
+  if (isystem < 1 || isystem > static_cast<int>(letters.size())) return ' ';
+  return letters[static_cast<std::size_t>(isystem) - 1];
+}
+
 void get_crystal_system_r_op(int n, std::span<const Mat3i> ss, int& isystem, std::string& latsy) {
   if (latsy.size() < 2) latsy.resize(2, ' ');
   if (n < 1) {
     isystem = 1;
-    latsy[0] = 'a';
+    latsy[0] = family_letter(isystem);
     return;
   }
   const int count = std::min(n, static_cast<int>(ss.size()));
@@ -206,28 +222,8 @@ void get_crystal_system_r_op(int n, std::span<const Mat3i> ss, int& isystem, std
     }
     if (type != 1 && type != -1) ++c[type];
   }
-  if (c[3] + c[-3] == 8) {
-    isystem = 7;
-    latsy[0] = 'c';
-  } else if (c[6] + c[-6] == 2) {
-    isystem = 6;
-    latsy[0] = 'h';
-  } else if (c[3] + c[-3] == 2) {
-    isystem = 5;
-    latsy[0] = 'h';
-  } else if (c[4] + c[-4] == 2) {
-    isystem = 4;
-    latsy[0] = 't';
-  } else if (c[2] + c[-2] == 3) {
-    isystem = 3;
-    latsy[0] = 'o';
-  } else if (c[2] + c[-2] == 1) {
-    isystem = 2;
-    latsy[0] = 'm';
-  } else {
-    isystem = 1;
-    latsy[0] = 'a';
-  }
+  isystem = crystal_system_of(c);
+  latsy[0] = family_letter(isystem);
 }
 
 void get_laue_pg(const Space_Group_Type& spacegroup, std::string& laue, std::string& pg) {
@@ -278,22 +274,28 @@ int searchop(const Mat3i& sim, int i1, int i2) {
   return 0;
 }
 
-void get_laue_str(int ilaue, std::string& text) {
+namespace {
+
+// Name `number` (1 to last) of a table of names into text; any other number leaves text as it
+// was and sets err_symm with `message`.
+void name_of_number(std::span<const std::string_view> names, int last, int number,
+                    std::string& text, const char* message) {
   const Symm_Scope symm_scope;
-  if (ilaue >= 1 && ilaue <= 16) {
-    text = std::string(laue_class[static_cast<std::size_t>(ilaue - 1)]);
+  if (number >= 1 && number <= last) {
+    text = std::string(names[static_cast<std::size_t>(number - 1)]);
   } else {
-    set_err_symm(" Laue Number Incorrect");
+    set_err_symm(message);
   }
 }
 
+}  // namespace
+
+void get_laue_str(int ilaue, std::string& text) {
+  name_of_number(laue_class, 16, ilaue, text, " Laue Number Incorrect");
+}
+
 void get_pointgroup_str(int ipg, std::string& text) {
-  const Symm_Scope symm_scope;
-  if (ipg >= 1 && ipg <= 41) {
-    text = std::string(point_group[static_cast<std::size_t>(ipg - 1)]);
-  } else {
-    set_err_symm(" Point Group Number Incorrect");
-  }
+  name_of_number(point_group, 41, ipg, text, " Point Group Number Incorrect");
 }
 
 void fill_table_fields(Space_Group_Type& spg, int row) {

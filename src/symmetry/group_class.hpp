@@ -14,6 +14,9 @@ namespace velmoria {
 // glide, -3, -4, -6 improper; 0 when the matrix is no crystallographic rotation.
 int axes_rotation(const Mat3i& r);
 
+// Letter of the crystal family of a crystal system 1..7: a, m, o, t, h, h, c; blank otherwise.
+char family_letter(int isystem);
+
 // Crystal system (1 triclinic .. 7 cubic) of the first n matrices of ss (the reduced set), and
 // the family letter in latsy[0] (a, m, o, t, h, c); latsy is blank-padded to at least 2
 // characters, its second character kept.  A matrix of type 0 sets err_symm and returns.

@@ -10,6 +10,7 @@
 #include "support/text.hpp"
 #include "symmetry/closure.hpp"
 #include "symmetry/exact_operator.hpp"
+#include "symmetry/group_class.hpp"
 #include "symmetry/records.hpp"
 
 namespace velmoria {
@@ -28,10 +29,6 @@ constexpr std::string_view plane_chars = "ABCDMN";
 constexpr int half = op_den / 2;
 constexpr int quarter = op_den / 4;
 constexpr int three_quarters = 3 * op_den / 4;
-constexpr int third = op_den / 3;
-constexpr int two_thirds = 2 * op_den / 3;
-constexpr int sixth = op_den / 6;
-constexpr int five_sixths = 5 * op_den / 6;
 
 Mat3i diagonal(int a, int b, int c) {
   return Mat3i{{{a, 0, 0}, {0, b, 0}, {0, 0, c}}};
@@ -106,52 +103,30 @@ void split_symbol(Hms_State& s, const std::string& group) {
   s.m = std::min(count, num_items);
 }
 
-// Crystal system and family letter; the short monoclinic form becomes the long one with the
-// unique axis b.
-void find_system(Hms_State& s, int& isystem, std::string& latsy) {
-  const std::string letter(1, s.letter);
+// Crystal system of the symbol; the short monoclinic form becomes the long one with the unique
+// axis b.
+int crystal_system_of(Hms_State& s) {
   for (int j = 1; j <= item_len; ++j) {
-    if (s.h(2, j) == '3') {
-      isystem = 7;
-      latsy = "c" + letter;
-      return;
-    }
-    if (s.h(1, j) == '3') {
-      isystem = 5;
-      latsy = "h" + letter;
-      return;
-    }
-    if (s.h(1, j) == '6') {
-      isystem = 6;
-      latsy = "hP";
-      return;
-    }
-    if (s.h(1, j) == '4') {
-      isystem = 4;
-      latsy = "t" + letter;
-      return;
-    }
+    if (s.h(2, j) == '3') return 7;
+    if (s.h(1, j) == '3') return 5;
+    if (s.h(1, j) == '6') return 6;
+    if (s.h(1, j) == '4') return 4;
   }
   if (s.m < 2) {
-    if (s.h(1, 1) == '1' || s.h(1, 1) == '-') {
-      isystem = 1;
-      latsy = "a" + letter;
-      return;
-    }
-    isystem = 2;
-    latsy = "m" + letter;
+    if (s.h(1, 1) == '1' || s.h(1, 1) == '-') return 1;
     s.hms[1] = s.hms[0];
     s.set_item(1, "1");
     s.set_item(3, "1");
-    return;
+    return 2;
   }
-  if (s.h(1, 1) == '1' || s.h(2, 1) == '1') {
-    isystem = 2;
-    latsy = "m" + letter;
-    return;
-  }
-  isystem = 3;
-  latsy = "o" + letter;
+  if (s.h(1, 1) == '1' || s.h(2, 1) == '1') return 2;
+  return 3;
+}
+
+// Crystal system, and family letter with the lattice letter; a sixfold axis goes with P.
+void find_system(Hms_State& s, int& isystem, std::string& latsy) {
+  isystem = crystal_system_of(s);
+  latsy = {family_letter(isystem), isystem == 6 ? 'P' : s.letter};
 }
 
 bool in(std::string_view set, char c) {
@@ -411,17 +386,11 @@ Vec3i tetragonal_glide(char c) {
   }
 }
 
-int screw_of_4(char c) {
-  switch (c) {
-    case '1':
-      return quarter;
-    case '2':
-      return half;
-    case '3':
-      return three_quarters;
-    default:
-      return 0;
-  }
+// Translation along the axis of the screw axis n_p, p the digit c: p/n of the cell edge; none
+// for any other character.
+int screw_translation(int n, char c) {
+  const int p = c - '0';
+  return p >= 1 && p < n ? p * op_den / n : 0;
 }
 
 // The fourfold axis (or -4) with its translation.
@@ -431,7 +400,7 @@ void tetragonal_axis(Hms_State& s) {
     return;
   }
   s.op(2).rot = Mat3i{{{0, -1, 0}, {1, 0, 0}, {0, 0, 1}}};
-  s.t(3, 2) = screw_of_4(s.h(1, 2));
+  s.t(3, 2) = screw_translation(4, s.h(1, 2));
   if (s.h(1, 3) == 'N') s.t(1, 2) = half;
   if (s.h(1, 4) == 'N' && s.m == 3) s.t(1, 2) = half;
   if (s.h(1, 4) == 'N' && s.m == 1) s.t(2, 2) = half;
@@ -476,35 +445,17 @@ void tetragonal(Hms_State& s) {
   } else {
     e = Mat3i{{{0, 1, 0}, {1, 0, 0}, {0, 0, -1}}};
     if (s.h(2, 2) == ' ' && s.letter != 'I' && s.h(1, 2) != ' ') {
-      // 4_1: 3/4, 4_2: 1/2, 4_3: 1/4
-      const char c = s.h(1, 2);
-      te[2] = c == '1' ? three_quarters : (c == '2' ? half : (c == '3' ? quarter : 0));
+      // The opposite screw part: 4_1: 3/4, 4_2: 1/2, 4_3: 1/4.
+      te[2] = mod_cell(-screw_translation(4, s.h(1, 2)));
     }
   }
   doubling(s, 4, e, te);
 }
 
-int screw_of_6(char c) {
-  switch (c) {
-    case '1':
-      return sixth;
-    case '2':
-      return third;
-    case '3':
-      return half;
-    case '4':
-      return two_thirds;
-    case '5':
-      return five_sixths;
-    default:
-      return 0;
-  }
-}
-
 // The sixfold axis and its powers: x-y,x,z; -y,x-y,z; -x,-y,z; -x+y,-x,z; y,-x+y,z.
 void sixfold(Hms_State& s) {
   s.op(2).rot = Mat3i{{{1, -1, 0}, {1, 0, 0}, {0, 0, 1}}};
-  s.t(3, 2) = screw_of_6(s.h(1, 2));
+  s.t(3, 2) = screw_translation(6, s.h(1, 2));
   for (int k = 3; k <= 6; ++k) {
     Exact_Op p = s.op(2) * s.op(k - 1);
     for (int& c : p.tr) {
@@ -518,7 +469,7 @@ void sixfold(Hms_State& s) {
 int threefold(Hms_State& s) {
   if (s.h(1, 1) == '-' && s.h(1, 2) == '3') s.centric = true;
   s.op(2).rot = Mat3i{{{0, -1, 0}, {1, -1, 0}, {0, 0, 1}}};
-  s.t(3, 2) = s.h(1, 2) == '1' ? third : (s.h(1, 2) == '2' ? two_thirds : 0);
+  s.t(3, 2) = screw_translation(3, s.h(1, 2));
   s.op(3).rot = Mat3i{{{-1, 1, 0}, {-1, 0, 0}, {0, 0, 1}}};
   int t3 = 2 * s.t(3, 2);
   if (t3 >= op_den) t3 -= op_den;

@@ -15,9 +15,8 @@ Vec3 difference(const Vec3& a, const Vec3& b) {
 
 // Whether v differs from one of the centring vectors (the origin, first, left out) by a whole
 // lattice vector.
-template <std::size_t N>
-bool matches_centring(const Vec3& v, const std::array<Vec3, N>& centring) {
-  for (std::size_t i = 1; i < N; ++i) {
+bool matches_centring(const Vec3& v, std::span<const Vec3> centring) {
+  for (std::size_t i = 1; i < centring.size(); ++i) {
     if (zbelongv(difference(centring[i], v))) return true;
   }
   return false;
@@ -40,30 +39,10 @@ Vec3 image(const Sym_Oper_Type& op, const Vec3& x, bool prim) {
 
 bool lattice_trans(const Vec3& v, char lat) {
   if (zbelongv(v)) return true;
-  switch (lat) {
-    case 'A':
-    case 'a':
-      return matches_centring(v, ltr_a);
-    case 'B':
-    case 'b':
-      return matches_centring(v, ltr_b);
-    case 'C':
-    case 'c':
-      return matches_centring(v, ltr_c);
-    case 'I':
-    case 'i':
-      return matches_centring(v, ltr_i);
-    case 'R':
-    case 'r':
-      return matches_centring(v, ltr_r);
-    case 'F':
-    case 'f':
-      return matches_centring(v, ltr_f);
-    case 'Z':
-      return matches_global_lattice(v);
-    default:
-      return false;
-  }
+  // Z is the lattice of the group set last; the standard letters go in either case.
+  if (lat == 'Z') return matches_global_lattice(v);
+  const char up = lat >= 'a' && lat <= 'z' ? static_cast<char>(lat - 'a' + 'A') : lat;
+  return matches_centring(v, ltr_of(up));
 }
 
 bool lattice_trans(const Vec3& v, std::string_view lat) {

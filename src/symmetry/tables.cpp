@@ -19,6 +19,25 @@ void set_it_gen() {
   static_cast<void>(spg_gen());
 }
 
+std::span<const Vec3> ltr_of(char letter) {
+  switch (letter) {
+    case 'A':
+      return ltr_a;
+    case 'B':
+      return ltr_b;
+    case 'C':
+      return ltr_c;
+    case 'I':
+      return ltr_i;
+    case 'R':
+      return ltr_r;
+    case 'F':
+      return ltr_f;
+    default:
+      return {};
+  }
+}
+
 namespace {
 
 // Columns 12 to 120 of a generator row, blank-padded to their full width.

@@ -11,6 +11,7 @@
 
 #include <array>
 #include <cstddef>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -75,6 +76,9 @@ extern const std::array<Vec3, 2> ltr_c;
 extern const std::array<Vec3, 2> ltr_i;
 extern const std::array<Vec3, 3> ltr_r;
 extern const std::array<Vec3, 4> ltr_f;
+// The centring vectors of a lattice letter A, B, C, I, R or F (upper case), the origin first;
+// none for any other letter.
+std::span<const Vec3> ltr_of(char letter);
 
 // Rotations against which an operator is identified: 1-24 the proper rotations of the
 // cube, 25-36 those of the hexagonal lattice.  mod6[n - 1][row][column].
