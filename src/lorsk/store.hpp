@@ -22,16 +22,16 @@ constexpr int max_store_irreps = 48;  // representations (a supplied block may b
 constexpr int max_store_dim = 48;     // dimension of a supplied representation
 
 struct lorsk_proc {
-  int ngk = 0;                         // operators of the little group, one per rotation part
-  int nreps = 0;                       // irreducible representations
-  std::vector<int> idim;               // dimension of each representation
-  std::vector<Mat3i> ir;               // rotation part of each operator
-  std::vector<Vec3> t;                 // translation part, fractions of the cell edges
-  std::vector<std::string> names;      // "SYMM_K(", g in i2, ")"
-  int dmax = 0;                        // largest dimension held
-  std::vector<float> repr_v, repi_v;   // matrix elements, see repr() and repi()
-  std::vector<float> chr_v, chi_v;     // characters, see chr() and chi()
-  std::vector<float> ph;               // phase correction of each operator, in turns
+  int ngk = 0;    // operators of the little group, one per rotation part
+  int nreps = 0;  // irreducible representations
+  std::vector<int> idim;           // dimension of each representation
+  std::vector<Mat3i> ir;           // rotation part of each operator
+  std::vector<Vec3> t;             // translation part, fractions of the cell edges
+  std::vector<std::string> names;  // "SYMM_K(", g in i2, ")"
+  int dmax = 0;                    // largest dimension held
+  std::vector<float> repr_v, repi_v;  // matrix elements, see repr() and repi()
+  std::vector<float> chr_v, chi_v;    // characters, see chr() and chi()
+  std::vector<float> ph;              // phase correction of each operator, in turns
   std::vector<std::string> iso_names;  // labels of supplied representations (10)
   Space_Group_Type spg;                // the working space group of the run
   bool iso_read = false;
