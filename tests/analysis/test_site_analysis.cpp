@@ -11,7 +11,7 @@
 #include "run/run_driver.hpp"
 #include "run/run_state.hpp"
 #include "support/numeric.hpp"
-#include "text_lines.hpp"
+#include "test_support.hpp"
 
 namespace velmoria {
 namespace {
@@ -178,23 +178,6 @@ TEST(FourierText, TermsAndCommonConstant) {
   symb = {" r0.u+r0.v+r0.w+r0.p+r0.q+r0.r-r0.a", "0", "0"};  // six signs
   EXPECT_EQ(common_fact(symb), "r0.(u+v+w+p+q+r-a,0,0)");
   set_epsg_default();
-}
-
-TEST(FourierText, RealAndImaginaryPartsJoined) {
-  EXPECT_EQ(phase_fact("Sk(1):r0.(u,v,w)", "+ir1.(u,v,w)"), "Sk(1): (r0+i.r1).(u,v,w)");
-  EXPECT_EQ(phase_fact("Sk(1):r0.(u,v,w)", "+ir1.(-u,-v,-w)"), "Sk(1): (r0-i.r1).(u,v,w)");
-  EXPECT_EQ(phase_fact("Sk(1):r0.(u,v,w)", "+ir1.(-u,-v,0)"), "Sk(1):r0.(u,v,w)+ir1.(-u,-v,0)");
-  EXPECT_EQ(phase_fact("Sk(2):(0,0,0)", "+i(u,v,w)"), "Sk(2):(0,0,0)+i(u,v,w)");
-  EXPECT_EQ(polish_fourier("Sk(2):(0,0,0)+i(u,v,w)", {}), "Sk(2): (0,0,0)+i.(u,v,w)");
-  EXPECT_EQ(polish_fourier("Sk(3):(u,0,0)", {}), "Sk(3): (u,0,0)");
-  // r0 = cos 30 degrees, r1 = sin 30 degrees: theta = +-1/12 of a turn.
-  const std::vector<float> realnum = {0.8660254f, 0.5f};
-  EXPECT_EQ(polish_fourier("Sk(1): (r0+i.r1).(u,v,w)", realnum),
-            "Sk(1): (r0+i.r1).(u,v,w) = (u,v,w) . exp{ 2.pi.i. 0.0833333}");
-  EXPECT_EQ(polish_fourier("Sk(1): (r0-i.r1).(u,v,w)", realnum),
-            "Sk(1): (r0-i.r1).(u,v,w) = (u,v,w) . exp{-2.pi.i. 0.0833333}");
-  EXPECT_EQ(plus_minus_sep("-u+v-w  "), (std::vector<int>{1, 3, 5}));
-  EXPECT_EQ(rep_char("r0.u-r0.v", "r0 "), (std::vector<int>{1, 6}));
 }
 
 TEST(SiteAnalysisLimits, GammaTextKeepsWholeTermsWithinItsLength) {

@@ -25,12 +25,17 @@
 
 #include "run/run_driver.hpp"
 #include "run/run_state.hpp"
+#include "test_support.hpp"
 
 namespace velmoria {
 namespace {
 
-using cd = std::complex<double>;
-using CVec = std::vector<cd>;
+using cd = testing::Cd;
+using testing::CVec;
+using testing::dot;
+using testing::norm;
+using testing::orthonormal_basis;
+using testing::residual;
 
 constexpr double two_pi = 2.0 * std::numbers::pi;
 constexpr double position_tol = 1e-3;  // positions are given to five decimals or more
@@ -122,39 +127,6 @@ cd trace(const Site_Action& s) {
     if (s.dest[i] == static_cast<int>(i))
       sum += s.factor[i] * double(s.v[0][0] + s.v[1][1] + s.v[2][2]);
   return sum;
-}
-
-cd dot(const CVec& a, const CVec& b) {  // conj(a) . b
-  cd s = 0;
-  for (std::size_t i = 0; i < a.size(); ++i) s += std::conj(a[i]) * b[i];
-  return s;
-}
-double norm(const CVec& a) {
-  return std::sqrt(dot(a, a).real());
-}
-
-// Removes from y its components along the orthonormal vectors q (twice, for stability).
-CVec residual(const std::vector<CVec>& q, CVec y) {
-  for (int pass = 0; pass < 2; ++pass)
-    for (const CVec& e : q) {
-      const cd c = dot(e, y);
-      for (std::size_t i = 0; i < y.size(); ++i) y[i] -= c * e[i];
-    }
-  return y;
-}
-
-// Orthonormal basis of the span of the vectors, keeping those whose residual is above tol
-// relative to their own length.
-std::vector<CVec> orthonormal_basis(const std::vector<CVec>& vs) {
-  std::vector<CVec> q;
-  for (const CVec& v : vs) {
-    CVec r = residual(q, v);
-    const double n = norm(r);
-    if (n <= tol * norm(v)) continue;
-    for (cd& z : r) z /= n;
-    q.push_back(std::move(r));
-  }
-  return q;
 }
 
 std::vector<Site_Action> site_actions(const Run_State& st, const Site& site, bool axial) {

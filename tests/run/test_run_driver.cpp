@@ -10,7 +10,7 @@
 #include "run/run_state.hpp"
 #include "support/layout.hpp"
 #include "support/numeric.hpp"
-#include "text_lines.hpp"
+#include "test_support.hpp"
 
 namespace velmoria {
 namespace {

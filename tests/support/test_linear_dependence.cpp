@@ -134,19 +134,6 @@ TEST(LinearDependence, ComplexCombinationsOfColumns) {
   EXPECT_TRUE(dependent({{0, 1}, {5, 0}, {0, 0}}, twice, 3, 3, 2));
 }
 
-TEST(LinearDependence, MirrorCaseAndEarlyAnswers) {
-  // a as one more row of the single row (1, 2i, -1).
-  const CVec row = {{1, 0}, {0, 2}, {-1, 0}};
-  CVec scaled(3);
-  for (int j = 0; j < 3; ++j) scaled[j] = Complex(1, 2) * row[j];
-  EXPECT_TRUE(dependent(scaled, row, 1, 1, 3));
-  EXPECT_FALSE(dependent({{0, 0}, {1, 0}, {0, 0}}, row, 1, 1, 3));
-  // nb = mb = na = 3: dependent without a decomposition, even for zero columns.
-  EXPECT_TRUE(dependent({{1, 0}, {0, 0}, {0, 0}}, CVec(9), 3, 3, 3));
-  // Two components and three columns: dependent at once.
-  EXPECT_TRUE(dependent({{1, 0}, {0, 1}}, CVec(6), 2, 2, 3));
-}
-
 // The growing span decides as the whole work matrix does: candidates that are independent,
 // exact complex combinations of those kept, and combinations disturbed by amounts on both
 // sides of the tolerance, in single precision as the basis functions are.
