@@ -1,7 +1,7 @@
 // The tables of the irreducible representations and the finishing of the store.
 //
 // The stores below are built by hand for small groups whose projective representations are
-// worked out on paper; their translations are given outside [0,1) on purpose, so that the
+// worked out on paper; their translations are moved outside [0,1) on purpose, so that the
 // correction of the phases has something to do.  The listings themselves are checked by the
 // end-to-end cases.
 #include <gtest/gtest.h>
@@ -70,9 +70,6 @@ const Mat3i C4zm{{{0, 1, 0}, {-1, 0, 0}, {0, 0, 1}}};  // y,-x,z
 // translation (0,1,0), so D(2)^2 = -1, and it anticommutes with the inversion: the one
 // irreducible representation has dimension 2,
 //   D(2) = diag(i,-i), D(-1) = [[0,1],[1,0]], D(m) = D(2) D(-1) = [[0,i],[-i,0]].
-// The store receives operator 2 as -x,y-1/2,-z+1/2 and operator 4 as x,-y+3/2,z+1/2, each a
-// lattice translation (0,-1,0) or (0,1,0) away, with its matrix times exp(2 pi i k.L) = -1,
-// and the inversion as -x+1,-y,-z, where the factor is 1.
 const Vec3 k_y{0.0f, 0.5f, 0.0f};
 
 lorsk_proc p21c_reduced() {
@@ -86,19 +83,6 @@ lorsk_proc p21c_reduced() {
   set_element(s, 2, 1, 1, 3, 1, 0);
   set_element(s, 1, 2, 1, 4, 1, 0.25f);
   set_element(s, 2, 1, 1, 4, 1, 0.75f);
-  return s;
-}
-
-lorsk_proc p21c_as_given() {
-  lorsk_proc s = p21c_reduced();
-  s.t[1] = {0, -0.5f, 0.5f};
-  set_element(s, 1, 1, 1, 2, 1, 0.75f);
-  set_element(s, 2, 2, 1, 2, 1, 0.25f);
-  s.t[2] = {1, 0, 0};
-  set_element(s, 1, 2, 1, 3, 1, 1.0f);  // a phase of a full turn, as the induction may leave
-  s.t[3] = {0, 1.5f, 0.5f};
-  set_element(s, 1, 2, 1, 4, 1, 0.75f);
-  set_element(s, 2, 1, 1, 4, 1, 0.25f);
   return s;
 }
 
@@ -123,20 +107,9 @@ lorsk_proc p41_as_given() {
   return s;
 }
 
-// The finished store represents the operators with their translations reduced to [0,1), with
-// every phase in [0,1).
-TEST(IrrepTables, CorrectedMatricesRepresentTheReducedOperators) {
-  Run_Tolerance tol;
-  for (auto [s, k] : {std::pair{p21c_as_given(), k_y}, std::pair{p41_as_given(), k_z}}) {
-    finish(s, k);
-    EXPECT_TRUE(representations_hold(s, k, true));
-    for (const Vec3& t : s.t)
-      for (float c : t) EXPECT_TRUE(c >= 0.0f && c < 1.0f) << c;
-    for (float phase : s.repi_v) EXPECT_TRUE(phase >= 0.0f && phase < 1.0f) << phase;
-  }
-}
-
-// Whatever lattice translation an operator arrives with, the finished store is the same.
+// Whatever lattice translation an operator arrives with (its matrix times exp(2 pi i k.L),
+// phases outside [0,1)), the finished store is the same: the reduced operators, represented
+// with every phase in [0,1).
 TEST(IrrepTables, FinishedStoreDoesNotDependOnTheGivenShifts) {
   Run_Tolerance tol;
   const lorsk_proc reduced = p21c_reduced();
@@ -154,6 +127,8 @@ TEST(IrrepTables, FinishedStoreDoesNotDependOnTheGivenShifts) {
     }
     finish(s, k_y);
     EXPECT_EQ(s.t, reduced.t);
+    EXPECT_TRUE(representations_hold(s, k_y, true));
+    for (float phase : s.repi_v) EXPECT_TRUE(phase >= 0.0f && phase < 1.0f) << phase;
     for (int g = 1; g <= s.ngk; ++g)
       for (int a = 1; a <= 2; ++a)
         for (int b = 1; b <= 2; ++b)
@@ -188,6 +163,7 @@ TEST(Decomposition, CharactersOfOneRepresentationGiveItAlone) {
   Run_Tolerance tol;
   lorsk_proc s = p41_as_given();
   finish(s, k_z);
+  EXPECT_TRUE(representations_hold(s, k_z, true));
   std::string console, result, block;
   const std::vector<std::string> symb(4, "x,y,z");
   const std::vector<int> idet(4, 1);

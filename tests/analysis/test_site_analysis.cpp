@@ -145,41 +145,6 @@ TEST(SiteAnalysis, IncommensurateCoefficientAsExponential) {
             std::string::npos);
 }
 
-TEST(FourierText, TermsAndCommonConstant) {
-  set_epsg_sp(0.002f);
-  const std::vector<float> realnum = {0.5f, 0.8660254f};
-  std::string s;
-  add_term(s, 1.0f, 1, realnum);
-  add_term(s, -2.0f, 2, realnum);
-  add_term(s, -0.8660254f, 3, realnum);
-  add_term(s, 10.0f, 4, realnum);  // the digit has one column
-  EXPECT_EQ(s, "+u-2v-r1.w+*p");
-  std::string t;
-  add_term(t, 0.123f, 1, realnum);  // no constant of that value: no factor
-  EXPECT_EQ(t, "+u");
-  std::string long_text(38, 'x');
-  add_term(long_text, 1.0f, 5, realnum);  // cut at the 40 characters of the field
-  EXPECT_EQ(long_text, std::string(38, 'x') + "+q");
-  add_term(long_text, 1.0f, 6, realnum);
-  EXPECT_EQ(long_text.size(), symb_len);
-
-  std::array<std::string, 3> symb = {" r0.u", "-r0.v", "0"};
-  EXPECT_EQ(common_fact(symb), "r0.(u,-v,0)");
-  symb = {" r0.u-r0.v", "0", "-r0.w"};
-  EXPECT_EQ(common_fact(symb), "r0.(u-v,0,-w)");
-  symb = {" r0.u+v", "0", "0"};  // one term lacks the constant
-  EXPECT_EQ(common_fact(symb), "( r0.u+v,0,0)");
-  EXPECT_EQ(symb[0], " r0.u+v");
-  symb = {" u", "v", "w"};
-  EXPECT_EQ(common_fact(symb), "( u,v,w)");
-  // More signs than are followed: the vector stays as it is.
-  symb = {" r0.u+r0.v+r0.w+r0.p+r0.q+r0.r+r0.a-r0.b", "0", "0"};
-  EXPECT_EQ(common_fact(symb), "( r0.u+r0.v+r0.w+r0.p+r0.q+r0.r+r0.a-r0.b,0,0)");
-  symb = {" r0.u+r0.v+r0.w+r0.p+r0.q+r0.r-r0.a", "0", "0"};  // six signs
-  EXPECT_EQ(common_fact(symb), "r0.(u+v+w+p+q+r-a,0,0)");
-  set_epsg_default();
-}
-
 TEST(SiteAnalysisLimits, GammaTextKeepsWholeTermsWithinItsLength) {
   EXPECT_EQ(gamma_text({0, 1, 0, 2}, nullptr, 0), "   1 Irep_k( 2) + 2 Irep_k( 4)");
   EXPECT_EQ(gamma_text({0, 0}, nullptr, 0), "");

@@ -104,21 +104,6 @@ TEST(SuppliedMode, BlockOfComputedRepresentationsGivesTheSameAnalysis) {
   }
 }
 
-// An orbit that splits into two under the little group (x,1/4,z of P n m a with k along a*)
-// gives two sites in the computed mode; in the supplied mode the site is not split: it holds
-// the atoms that the supplied operators make, the first sub-orbit.
-TEST(SuppliedMode, SitesAreNotSplit) {
-  const char* site = "VMODE AXI\nATOM Mn Mn 0.1 0.25 0.3\n";
-  const Run_Output computed =
-      run_velmoria({"c", std::string("SPGR P n m a\nKVEC 0.13 0 0 DT\n") + site, ""});
-  const Run_Output supplied =
-      run_velmoria({"s", block_of("P n m a", {0.13f, 0, 0}, "DT") + site, ""});
-  ASSERT_TRUE(ends_normally(computed) && ends_normally(supplied));
-  EXPECT_EQ(computed.state->sv.nsites, 2);
-  EXPECT_EQ(supplied.state->sv.nsites, 1);
-  EXPECT_EQ(supplied.state->sv.sites[0].x, computed.state->sv.sites[0].x);
-}
-
 // P -1 with two one-dimensional representations of the whole group at k = 0, where the star
 // has one arm.  Two atoms x and -x: the axial vectors give characters 6 at 1 and 0 at -1, so
 // that each representation occurs 3 times and 1 x 3 / 1 = 3 functions are expected and found.

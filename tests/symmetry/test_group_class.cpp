@@ -1,5 +1,5 @@
-// Rotation types, crystal systems, and the failures of the Laue class and point group of sets
-// of operators (every tabulated point group is checked by the sweep over the settings).
+// Rotation types and crystal systems of sets of operators (the Laue class and point group of
+// every tabulated setting are checked by the sweep over the settings).
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -38,31 +38,6 @@ std::vector<Mat3i> rows(const std::vector<int>& ns) {
   std::vector<Mat3i> out;
   for (const int n : ns) out.push_back(row(n));
   return out;
-}
-
-Space_Group_Type group(const std::vector<int>& ns, int centred, bool hexa_axes = false) {
-  Space_Group_Type g;
-  for (const int n : ns) {
-    Sym_Oper_Type op;
-    op.rot = row(n);
-    g.symop.push_back(op);
-  }
-  g.num_ops = static_cast<int>(ns.size());
-  g.multip = g.num_ops;
-  g.centred = centred;
-  g.hexa_axes = hexa_axes;
-  return g;
-}
-
-struct Classes {
-  std::string laue;
-  std::string pg;
-};
-
-Classes classes(const std::vector<int>& ns, int centred, bool hexa_axes = false) {
-  Classes c;
-  get_laue_pg(group(ns, centred, hexa_axes), c.laue, c.pg);
-  return c;
 }
 
 TEST(AxesRotation, OrderOfProperAndImproperRotations) {
@@ -132,39 +107,6 @@ TEST(CrystalSystem, CountsOfRotationTypes) {
   get_crystal_system_r_op(40, rows({1, 2}), isystem, latsy);
   EXPECT_EQ(isystem, 2);
   EXPECT_EQ(latsy, "m ");
-}
-
-TEST(LauePointGroup, FailuresAndUnfitLists) {
-  init_err_symm();
-  Classes c = classes({}, 1);
-  EXPECT_TRUE(err_symm);
-  EXPECT_EQ(err_symm_mess, " No symmetry operators are given");
-  EXPECT_EQ(c.laue, "     ");
-
-  Space_Group_Type g = group({1, 2}, 1);
-  g.symop[1].rot = {{{2, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
-  init_err_symm();
-  get_laue_pg(g, c.laue, c.pg);
-  EXPECT_TRUE(err_symm);
-  EXPECT_EQ(err_symm_mess, " Rotation Not Determined");
-
-  // Two twofold axes and the identity fit no rule.
-  init_err_symm();
-  c = classes({1, 2, 3}, 1);
-  EXPECT_FALSE(err_symm);
-  EXPECT_EQ(c.laue, "     ");
-  EXPECT_EQ(c.pg, "     ");
-
-  // A trigonal list on rhombohedral axes flagged as hexagonal: the twofold axis -x,-z,-y is
-  // no row of the hexagonal table.
-  init_err_symm();
-  c = classes({1, 5, 9, 19, 14, 24}, 1, true);
-  EXPECT_TRUE(err_symm);
-  EXPECT_EQ(err_symm_mess,
-            " Try to re-write your S.O. using a rotational part identical to a S.O. of the "
-            "space group P 6/m m m");
-  EXPECT_EQ(c.laue, "-3m  ");
-  EXPECT_EQ(c.pg, "32   ");
 }
 
 }  // namespace

@@ -54,18 +54,6 @@ TEST(ExactOperator, InverseUndoesTheOperator) {
   EXPECT_EQ(negated(inversion_matrix), identity_matrix);
 }
 
-TEST(ExactOperator, ReductionBringsEachComponentIntoTheCell) {
-  EXPECT_EQ(mod_cell(-1), op_den - 1);
-  EXPECT_EQ(mod_cell(op_den), 0);
-  EXPECT_EQ(mod_cell(-op_den), 0);
-  EXPECT_EQ(mod_cell(2 * op_den + 1), 1);
-  EXPECT_EQ(reduced(Vec3i{-6, 30, 12}), (Vec3i{18, 6, 12}));
-  // Reals are rounded to twelfths: 1/8 becomes 2/12 (nint(1.5) = 2), 1/3 stays 1/3.
-  EXPECT_EQ(twelfths_of(Vec3{0.125f, 1.0f / 3.0f, -0.5f}), (Vec3i{4, 8, -12}));
-  const Vec3 back = to_real(Vec3i{8, 12, 18});
-  EXPECT_EQ(back, (Vec3{1.0f / 3.0f, 0.5f, 0.75f}));
-}
-
 // Whole primitive groups, set up from Hall and Hermann-Mauguin symbols, as exact operators in
 // [0,1): the identity first, and every inverse and product among them.
 TEST(ExactOperator, PrimitiveGroupsAreClosedUnderProductsAndInverses) {
