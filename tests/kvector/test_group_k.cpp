@@ -130,18 +130,5 @@ TEST(KStar, ArmsTimesLittleCoGroupIsThePointGroupInAll230Groups) {
   }
 }
 
-TEST(WriteGroupK, TenthArmTakesTwoDigits) {
-  Run_Tolerance tol;
-  Group_k_Type gk;
-  k_star(Vec3{0.1F, 0.2F, 0.3F}, group_of("221"), gk, true);
-  ASSERT_EQ(gk.nk, 48);
-  std::string out;
-  write_group_k(gk, out);
-  EXPECT_NE(out.find("\n           k_9  = ("), std::string::npos);
-  EXPECT_NE(out.find("\n           k_10 = ("), std::string::npos);
-  EXPECT_NE(out.find("\n  Eqv. -K: k_"), std::string::npos);  // the arm of -k
-  EXPECT_NE(out.find("\n           k_48 = ("), std::string::npos);
-}
-
 }  // namespace
 }  // namespace velmoria

@@ -13,7 +13,6 @@
 
 #include "lorsk/group_preparation.hpp"
 #include "lorsk/lorsk.hpp"
-#include "lorsk/zak.hpp"
 #include "test_support.hpp"
 
 namespace velmoria {
@@ -173,34 +172,6 @@ TEST(LorskSweep, GroupTextsAndTheirFailures) {
             status_done);
   EXPECT_EQ(store.ngk, 4);
   EXPECT_TRUE(representations_hold(store, {0, 0, 0.5f}));
-}
-
-// The polar form in 24ths of a turn: (number, modulus, phase).  A small negative phase keeps
-// its sign; noise below the real axis keeps the phase 0.
-TEST(LorskSweep, PolarFormInTwentyFourths) {
-  const float a = -0.1f * 0.2617994f;
-  const struct {
-    std::complex<float> z;
-    float r, phi;
-  } cases[] = {
-      {{0, 0}, 0, 0},
-      {{-2, 0}, 2, 12},
-      {{0, -1}, 1, 18},
-      {{0, 1}, 1, 6},
-      {{std::cos(a), std::sin(a)}, 1, 23.9f},
-      {{0.01f * std::cos(3.0f), 0.01f * std::sin(3.0f)}, 0.01f, 3.0f / 0.2617994f},
-      {{0.01f * std::cos(-3.0f), 0.01f * std::sin(-3.0f)}, 0.01f, 24.0f - 3.0f / 0.2617994f},
-      {{1.0f, -1.0e-8f}, 1, 0},
-      // A square below the normal range: the cosine is held to 1.
-      {{1.0e-20f, 0}, 1.0e-20f, 0},
-      {{-1.0e-20f, 0}, 1.0e-20f, 12},
-  };
-  for (const auto& c : cases) {
-    float r = -1, phi = -1;
-    decmpl(c.z, r, phi);
-    EXPECT_NEAR(r, c.r, 1e-5f * std::max(1.0f, c.r)) << c.z;
-    EXPECT_NEAR(phi, c.phi, 2e-3f) << c.z;
-  }
 }
 
 }  // namespace

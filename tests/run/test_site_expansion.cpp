@@ -105,7 +105,7 @@ TEST(Genatoms, ImagesOutsideTheCellWithAndWithoutCel) {
   expect_near(rs.sv.sites[2].x[0], Vec3{0, 0, 0.5F});
 }
 
-TEST(Genatoms, CentringVectorsAndEmptyGroups) {
+TEST(Genatoms, CentringVectors) {
   Run_Tolerance tol;
   Run_State rs;
   // An image one centring vector away is the same atom in a C lattice, not in a P lattice.
@@ -115,10 +115,6 @@ TEST(Genatoms, CentringVectorsAndEmptyGroups) {
   rs.mv.lat_type = 'P';
   genatoms(rs, 0, "A", Vec3{0.1F, 0.2F, 0.3F}, 1);
   EXPECT_EQ(rs.sv.sites[0].mult, 2);
-  // No operators (ATOM before KVEC): no atoms.
-  set_little_group(rs, {}, 'P');
-  genatoms(rs, 0, "A", Vec3{0.1F, 0.2F, 0.3F}, 1);
-  EXPECT_EQ(rs.sv.sites[0].mult, 0);
 }
 
 // The sub-orbits as the reader finds them: the first position of each sub-orbit.

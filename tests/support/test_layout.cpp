@@ -88,9 +88,7 @@ TEST(Layout, SingleFields) {
 TEST(Layout, RecordEnds) {
   EXPECT_EQ(format_layout("/,a", make_items("x")), "\nx\n");
   EXPECT_EQ(format_layout("a,/", make_items("x")), "x\n\n");
-  EXPECT_EQ(format_layout("/,/,a", make_items("x")), "\n\nx\n");
   EXPECT_EQ(format_layout("a,/,a", make_items("p", "q")), "p\nq\n");
-  EXPECT_EQ(format_layout("a/a", make_items("p", "q")), "p\nq\n");
   // With no items the walk stops at the first data field.
   EXPECT_EQ(format_layout("a,/", Items{}), "\n");
   EXPECT_EQ(format_layout("/,a", Items{}), "\n\n");
@@ -155,9 +153,6 @@ TEST(Layout, BlankSeparatedItems) {
       {make_items(-1e10), "  -1.00000000E+10\n"},
       {Items{}, " \n"}};
   for (const auto& [items, text] : cases) EXPECT_EQ(format_items(items), text);
-  std::string out;
-  put_items(out, "  IER: ", 5);
-  EXPECT_EQ(out, "   IER:            5\n");
 }
 
 }  // namespace

@@ -19,11 +19,6 @@ TEST(ListRead, ValuesOfEachKind) {
   EXPECT_EQ(f, 2.5f);
   EXPECT_EQ(d, 0.1);
   EXPECT_EQ(s, "abc");
-  // A comma separates as well as blanks; a comma among blanks is one separator.
-  EXPECT_TRUE(read_list("1,2.0 , xy", i, f, s));
-  EXPECT_EQ(i, 1);
-  EXPECT_EQ(f, 2.0f);
-  EXPECT_EQ(s, "xy");
 }
 
 // Three integers read over (4, 5, 6): repeat counts, "/" ending the read, empty tokens that

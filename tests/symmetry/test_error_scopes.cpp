@@ -30,6 +30,7 @@ TEST(SetupErrors, EachFailureReportsItsMessage) {
        {"-x,-y,z", "2x,y,z"},
        "The matrix corresponding to a generator has a determinant with absolute value "
        "different of 1.0"},
+      {"GEN", {"x/2,y,z"}, "The matrix corresponding to a generator has non-integer values!"},
       {"GEN", {}, " Generators should be provided in GEN calling Set_SpaceGroup"},
       {"FIX", {}, " Generators should be provided if FIX option is Used"},
       {"HAL", {"Q 1"}, " IBRAVL is Equal Zero"},
@@ -84,6 +85,12 @@ TEST(SetupErrors, EachFailureReportsItsMessage) {
     set_spacegroup(text, g);
     EXPECT_TRUE(err_symm) << text;
   }
+  // R 3 2 on rhombohedral axes with the centre off the origin: five generators for the Hall
+  // symbol; the operators stay, unnamed.
+  std::vector<std::string> gen = {"z,x,y", "-y,-x,-z", "-x+1/2,-y+1/2,-z+1/2"};
+  set_spacegroup(" ", g, &gen, 3, "GEN");
+  EXPECT_EQ(err_symm_mess, " Error in generators");
+  EXPECT_EQ(g.setting, "Non-Conventional (user-given operators)");
   set_spacegroup("2", g);
   EXPECT_FALSE(err_symm);
   EXPECT_EQ(g.multip, 2);

@@ -34,17 +34,6 @@ Named from_generators(const std::vector<std::string>& gens) {
   return n;
 }
 
-TEST(HallFromGenerators, MoreThanFourGenerators) {
-  // R 3 2 on rhombohedral axes takes its threefold axis and all three twofold axes '; with the
-  // centre off the origin that makes five.
-  Named n = from_generators({"z,x,y", "-y,-x,-z", "-x+1/2,-y+1/2,-z+1/2"});
-  EXPECT_TRUE(err_symm);
-  EXPECT_EQ(err_symm_mess, " Error in generators");
-  EXPECT_EQ(n.g.spg_symb, "unknown");
-  EXPECT_EQ(n.g.setting, "Non-Conventional (user-given operators)");
-  EXPECT_EQ(n.g.num_spg, 0);
-}
-
 // The generators of the group of a Hall symbol: the generators of the symbol in the reduced set,
 // the inversion and the centring translations.
 std::vector<std::string> generators_of(const Space_Group_Type& h) {

@@ -90,37 +90,6 @@ TEST(ReadXsym, TextsAndTheirOperators) {
   EXPECT_LE(err_symm_mess.size(), 150u);
 }
 
-// The kind of element of a generator, or the reason it is refused.
-TEST(CheckGenerator, KindsAndRefusals) {
-  const std::string det =
-      "The matrix corresponding to a generator has a determinant with absolute value different of "
-      "1.0";
-  const std::pair<std::string, std::string> cases[] = {
-      {"x+1/2,-y+1/4,z", "m or g  [undet. loc.]"},
-      {"1/2-x, y ,-Z+1/4", "2 or 21  [undet. loc.]"},
-      {"-y,x,z+1/4", "4 or 41,42...  [undet. loc.]"},
-      {"-y,x-y,z+1/3", "3 or 31/32  [undet. loc.]"},
-      {"x-y,x,z+1/6", "6 or 61,62,...  [undet. loc.]"},
-      {"-x,-y,-z", "-1  [undet. loc.]"},
-      {"y,-x,-z", "-4  [undet. loc.]"},
-      {"-z,-x,-y", "-3  [undet. loc.]"},
-      {"x,y,z", "1  [undet. loc.]"},
-      {"2x,y,z", det},
-      {"x/2,y,z", "The matrix corresponding to a generator has non-integer values!"},
-  };
-  for (const auto& [text, kind] : cases) {
-    std::string k;
-    const bool good = check_generator(text, &k);
-    EXPECT_EQ(good, kind.find("matrix") == std::string::npos) << text;
-    EXPECT_EQ(good ? k : err_symm_mess, kind) << text;
-  }
-  for (const std::string& text : {std::string(), std::string(","), std::string("x,y"),
-                                  std::string("abc"), std::string(300, ',')}) {
-    EXPECT_FALSE(check_generator(text)) << text;
-    EXPECT_TRUE(err_symm) << text;
-  }
-}
-
 TEST(GetSymsymbi, RoundTripThroughReadXsym) {
   const std::vector<float> shifts = {0.0f,     0.5f,     0.25f,    0.75f,
                                      1.0f / 3, 2.0f / 3, 1.0f / 6, 5.0f / 6};
