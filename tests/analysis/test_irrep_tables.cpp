@@ -1,11 +1,12 @@
 // The tables of the irreducible representations and the finishing of the store.
 //
 // The stores below are built by hand for small groups whose projective representations are
-// worked out on paper; their translations are given outside [0,1) on purpose, so that the
+// worked out on paper; their translations are moved outside [0,1) on purpose, so that the
 // correction of the phases has something to do.  The listings themselves are checked by the
 // end-to-end cases.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <complex>
 #include <random>
@@ -16,25 +17,15 @@
 #include "analysis/site_analysis.hpp"
 #include "lorsk/group_preparation.hpp"
 #include "lorsk/lorsk.hpp"
-#include "support/layout.hpp"
-#include "symmetry/lattice.hpp"
 #include "symmetry/records.hpp"
+#include "test_support.hpp"
 
 namespace velmoria {
 namespace {
 
-using cplx = std::complex<double>;
-
-struct Run_Tolerance {
-  Run_Tolerance() {
-    set_epsg_sp(0.002f);
-    hexa = false;
-  }
-  ~Run_Tolerance() {
-    set_epsg_default();
-    hexa = false;
-  }
-};
+using testing::representations_hold;
+using testing::Run_Tolerance;
+using testing::turns;
 
 struct Op {
   Mat3i r;
@@ -44,13 +35,11 @@ struct Op {
 // A store of the given operators and dimensions, all matrix elements zero.
 lorsk_proc make_store(const std::vector<Op>& ops, const std::vector<int>& dims) {
   lorsk_proc s;
-  int dmax = 0;
-  for (int d : dims) dmax = std::max(dmax, d);
-  s.resize(static_cast<int>(ops.size()), static_cast<int>(dims.size()), dmax);
+  s.resize(static_cast<int>(ops.size()), static_cast<int>(dims.size()),
+           *std::max_element(dims.begin(), dims.end()));
   for (std::size_t g = 0; g < ops.size(); ++g) {
     s.ir[g] = ops[g].r;
     s.t[g] = ops[g].t;
-    s.names[g] = "SYMM_K(" + sput("i2", static_cast<int>(g) + 1) + ")";
   }
   s.idim = dims;
   return s;
@@ -61,72 +50,12 @@ void set_element(lorsk_proc& s, int a, int b, int nu, int g, float m, float thet
   s.repi(a, b, nu, g) = theta;
 }
 
-cplx element(const lorsk_proc& s, int a, int b, int nu, int g) {
-  const double arg = 2.0 * M_PI * s.repi(a, b, nu, g);
-  return static_cast<double>(s.repr(a, b, nu, g)) * cplx(std::cos(arg), std::sin(arg));
-}
-
-// The operator of the store with the rotation r; 0 when there is none.
-int find_rotation(const lorsk_proc& s, const Mat3i& r) {
-  for (int g = 1; g <= s.ngk; ++g)
-    if (s.ir[g - 1] == r) return g;
-  return 0;
-}
-
-Mat3i mul(const Mat3i& a, const Mat3i& b) {
-  Mat3i c{};
-  for (int i = 0; i < 3; ++i)
-    for (int j = 0; j < 3; ++j)
-      for (int l = 0; l < 3; ++l) c[i][j] += a[i][l] * b[l][j];
-  return c;
-}
-
-// The matrices of the store form a representation of the operators (R, t) of the store with
-// the phase convention exp(2 pi i k.L) for a lattice translation L: for every pair g1, g2 the
-// product g1 g2 is {1|L} g3, and D(g1) D(g2) = exp(2 pi i k.L) D(g3).
-void expect_representation(const lorsk_proc& s, const Vec3& k, char lat = 'P') {
-  for (int g1 = 1; g1 <= s.ngk; ++g1) {
-    for (int g2 = 1; g2 <= s.ngk; ++g2) {
-      const Mat3i& r1 = s.ir[g1 - 1];
-      const int g3 = find_rotation(s, mul(r1, s.ir[g2 - 1]));
-      ASSERT_NE(g3, 0);
-      Vec3 l{};
-      double kl = 0.0;
-      for (int i = 0; i < 3; ++i) {
-        float t = s.t[g1 - 1][i];
-        for (int j = 0; j < 3; ++j) t += static_cast<float>(r1[i][j]) * s.t[g2 - 1][j];
-        l[i] = t - s.t[g3 - 1][i];
-        kl += static_cast<double>(k[i]) * l[i];
-      }
-      ASSERT_TRUE(lattice_trans(l, lat)) << g1 << " " << g2;
-      const cplx factor(std::cos(2.0 * M_PI * kl), std::sin(2.0 * M_PI * kl));
-      for (int nu = 1; nu <= s.nreps; ++nu) {
-        const int d = s.idim[nu - 1];
-        for (int a = 1; a <= d; ++a) {
-          for (int b = 1; b <= d; ++b) {
-            cplx prod = 0.0;
-            for (int c = 1; c <= d; ++c)
-              prod += element(s, a, c, nu, g1) * element(s, c, b, nu, g2);
-            EXPECT_LT(std::abs(prod - factor * element(s, a, b, nu, g3)), 1e-4)
-                << "irrep " << nu << " operators " << g1 << " " << g2;
-          }
-        }
-      }
-    }
-  }
-}
-
-// Characters in the store are the traces of the corrected matrices, as real and imaginary
-// parts.
-void expect_characters(const lorsk_proc& s) {
-  for (int g = 1; g <= s.ngk; ++g) {
-    for (int nu = 1; nu <= s.nreps; ++nu) {
-      cplx tr = 0.0;
-      for (int a = 1; a <= s.idim[nu - 1]; ++a) tr += element(s, a, a, nu, g);
-      EXPECT_NEAR(s.chr(nu, g), tr.real(), 1e-5);
-      EXPECT_NEAR(s.chi(nu, g), tr.imag(), 1e-5);
-    }
-  }
+// The store finished as a run finishes it.
+void finish(lorsk_proc& s, const Vec3& k) {
+  std::string out;
+  std::vector<std::string> symb;
+  std::vector<int> idet;
+  write_irreps(out, s, k, false, symb, idet);
 }
 
 const Mat3i E{{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
@@ -141,9 +70,6 @@ const Mat3i C4zm{{{0, 1, 0}, {-1, 0, 0}, {0, 0, 1}}};  // y,-x,z
 // translation (0,1,0), so D(2)^2 = -1, and it anticommutes with the inversion: the one
 // irreducible representation has dimension 2,
 //   D(2) = diag(i,-i), D(-1) = [[0,1],[1,0]], D(m) = D(2) D(-1) = [[0,i],[-i,0]].
-// The store receives operator 2 as -x,y-1/2,-z+1/2 and operator 4 as x,-y+3/2,z+1/2, each a
-// lattice translation (0,-1,0) or (0,1,0) away, with its matrix times exp(2 pi i k.L) = -1,
-// and the inversion as -x+1,-y,-z, where the factor is 1.
 const Vec3 k_y{0.0f, 0.5f, 0.0f};
 
 lorsk_proc p21c_reduced() {
@@ -157,19 +83,6 @@ lorsk_proc p21c_reduced() {
   set_element(s, 2, 1, 1, 3, 1, 0);
   set_element(s, 1, 2, 1, 4, 1, 0.25f);
   set_element(s, 2, 1, 1, 4, 1, 0.75f);
-  return s;
-}
-
-lorsk_proc p21c_as_given() {
-  lorsk_proc s = p21c_reduced();
-  s.t[1] = {0, -0.5f, 0.5f};
-  set_element(s, 1, 1, 1, 2, 1, 0.75f);
-  set_element(s, 2, 2, 1, 2, 1, 0.25f);
-  s.t[2] = {1, 0, 0};
-  set_element(s, 1, 2, 1, 3, 1, 1.0f);  // a phase of a full turn, as the induction may leave
-  s.t[3] = {0, 1.5f, 0.5f};
-  set_element(s, 1, 2, 1, 4, 1, 0.75f);
-  set_element(s, 2, 1, 1, 4, 1, 0.25f);
   return s;
 }
 
@@ -194,33 +107,9 @@ lorsk_proc p41_as_given() {
   return s;
 }
 
-TEST(IrrepTables, CorrectedMatricesRepresentTheReducedOperators) {
-  Run_Tolerance tol;
-  for (auto [given, k] : {std::pair{p21c_as_given(), k_y}, std::pair{p41_as_given(), k_z}}) {
-    // The store as given is a representation of the operators as given.
-    expect_representation(given, k);
-    std::string out;
-    std::vector<std::string> symb;
-    std::vector<int> idet;
-    write_irreps(out, given, k, false, symb, idet);
-    for (const Vec3& t : given.t)
-      for (float c : t) {
-        EXPECT_GE(c, 0.0f);
-        EXPECT_LT(c, 1.0f);
-      }
-    expect_representation(given, k);
-    expect_characters(given);
-    for (int g = 1; g <= given.ngk; ++g)
-      for (int nu = 1; nu <= given.nreps; ++nu)
-        for (int a = 1; a <= given.idim[nu - 1]; ++a)
-          for (int b = 1; b <= given.idim[nu - 1]; ++b) {
-            EXPECT_GE(given.repi(a, b, nu, g), 0.0f);
-            EXPECT_LT(given.repi(a, b, nu, g), 1.0f);
-          }
-  }
-}
-
-// Whatever lattice translation an operator arrives with, the finished store is the same.
+// Whatever lattice translation an operator arrives with (its matrix times exp(2 pi i k.L),
+// phases outside [0,1)), the finished store is the same: the reduced operators, represented
+// with every phase in [0,1).
 TEST(IrrepTables, FinishedStoreDoesNotDependOnTheGivenShifts) {
   Run_Tolerance tol;
   const lorsk_proc reduced = p21c_reduced();
@@ -236,58 +125,16 @@ TEST(IrrepTables, FinishedStoreDoesNotDependOnTheGivenShifts) {
       for (int a = 1; a <= 2; ++a)
         for (int b = 1; b <= 2; ++b) s.repi(a, b, 1, g) += kn;  // phases left outside [0,1)
     }
-    std::string out;
-    std::vector<std::string> symb;
-    std::vector<int> idet;
-    write_irreps(out, s, k_y, false, symb, idet);
+    finish(s, k_y);
     EXPECT_EQ(s.t, reduced.t);
+    EXPECT_TRUE(representations_hold(s, k_y, true));
+    for (float phase : s.repi_v) EXPECT_TRUE(phase >= 0.0f && phase < 1.0f) << phase;
     for (int g = 1; g <= s.ngk; ++g)
       for (int a = 1; a <= 2; ++a)
         for (int b = 1; b <= 2; ++b)
-          EXPECT_LT(std::abs(element(s, a, b, 1, g) - element(reduced, a, b, 1, g)), 1e-5);
-    expect_characters(s);
-  }
-}
-
-// After the induction and write_irreps, for real groups and vectors: the matrices represent
-// the operators with reduced translations (a centring vector counting as a lattice vector),
-// the characters of different representations are orthogonal, and the squares of the
-// dimensions add up to the order of the little group.
-TEST(IrrepTables, RepresentationsOfTheInduction) {
-  struct Case {
-    std::string symbol;
-    Vec3 k;
-  };
-  const std::vector<Case> cases{{"P 21/c", {0.0f, 0.5f, 0.0f}},    {"P 21/c", {0.5f, 0.5f, 0.5f}},
-                                {"P 21/c", {0.0f, 0.3f, 0.0f}},    {"P 41", {0.0f, 0.0f, 0.5f}},
-                                {"P 63/m", {0.0f, 0.0f, 0.5f}},    {"P n m a", {0.5f, 0.0f, 0.5f}},
-                                {"I 41/a", {1.0f, 0.0f, 0.0f}},    {"F d -3 m", {0.0f, 1.0f, 0.0f}},
-                                {"P 4/n b m", {0.5f, 0.5f, 0.0f}}, {"R -3 c", {0.0f, 0.0f, 1.5f}}};
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.symbol);
-    Run_Tolerance tol;
-    lorsk_proc s;
-    std::string listing;
-    ASSERT_EQ(lorsk(listing, c.k, 0, "GM", c.symbol, 0, false, &c.symbol, s), status_done);
-    std::string out;
-    std::vector<std::string> symb;
-    std::vector<int> idet;
-    write_irreps(out, s, c.k, true, symb, idet);
-    ASSERT_GT(s.ngk, 0);
-    int squares = 0;
-    for (int nu = 1; nu <= s.nreps; ++nu) squares += s.idim[nu - 1] * s.idim[nu - 1];
-    EXPECT_EQ(squares, s.ngk);
-    expect_representation(s, c.k, s.spg.spg_lat);
-    for (int mu = 1; mu <= s.nreps; ++mu) {
-      for (int nu = 1; nu <= s.nreps; ++nu) {
-        cplx sum = 0.0;
-        for (int g = 1; g <= s.ngk; ++g)
-          sum += std::conj(cplx(s.chr(mu, g), s.chi(mu, g))) * cplx(s.chr(nu, g), s.chi(nu, g));
-        EXPECT_NEAR(sum.real(), mu == nu ? s.ngk : 0.0, 1e-3) << mu << " " << nu;
-        EXPECT_NEAR(sum.imag(), 0.0, 1e-3);
-      }
-    }
-    expect_characters(s);
+          EXPECT_LT(std::abs(turns(s.repr(a, b, 1, g), s.repi(a, b, 1, g)) -
+                             turns(reduced.repr(a, b, 1, g), reduced.repi(a, b, 1, g))),
+                    1e-5);
   }
 }
 
@@ -297,10 +144,11 @@ TEST(IrrepTables, RepresentationsOfTheInduction) {
 TEST(Decomposition, CharactersOfOneRepresentationGiveItAlone) {
   Run_Tolerance tol;
   lorsk_proc s = p41_as_given();
-  std::string out, console, result, block;
-  std::vector<std::string> symb(4, "x,y,z");
-  std::vector<int> idet(4, 1);
-  write_irreps(out, s, k_z, false, symb, idet);
+  finish(s, k_z);
+  EXPECT_TRUE(representations_hold(s, k_z, true));
+  std::string console, result, block;
+  const std::vector<std::string> symb(4, "x,y,z");
+  const std::vector<int> idet(4, 1);
   const Site_Context cx{s, symb, idet, k_z};
   for (int nu = 1; nu <= 4; ++nu) {
     Site_Representation rep;

@@ -11,7 +11,7 @@
 #include "run/run_driver.hpp"
 #include "run/run_state.hpp"
 #include "support/numeric.hpp"
-#include "text_lines.hpp"
+#include "test_support.hpp"
 
 namespace velmoria {
 namespace {
@@ -143,58 +143,6 @@ TEST(SiteAnalysis, IncommensurateCoefficientAsExponential) {
   }
   EXPECT_NE(out.result.find("\n              r0 =   0.637424    r1 =   0.770513\n"),
             std::string::npos);
-}
-
-TEST(FourierText, TermsAndCommonConstant) {
-  set_epsg_sp(0.002f);
-  const std::vector<float> realnum = {0.5f, 0.8660254f};
-  std::string s;
-  add_term(s, 1.0f, 1, realnum);
-  add_term(s, -2.0f, 2, realnum);
-  add_term(s, -0.8660254f, 3, realnum);
-  add_term(s, 10.0f, 4, realnum);  // the digit has one column
-  EXPECT_EQ(s, "+u-2v-r1.w+*p");
-  std::string t;
-  add_term(t, 0.123f, 1, realnum);  // no constant of that value: no factor
-  EXPECT_EQ(t, "+u");
-  std::string long_text(38, 'x');
-  add_term(long_text, 1.0f, 5, realnum);  // cut at the 40 characters of the field
-  EXPECT_EQ(long_text, std::string(38, 'x') + "+q");
-  add_term(long_text, 1.0f, 6, realnum);
-  EXPECT_EQ(long_text.size(), symb_len);
-
-  std::array<std::string, 3> symb = {" r0.u", "-r0.v", "0"};
-  EXPECT_EQ(common_fact(symb), "r0.(u,-v,0)");
-  symb = {" r0.u-r0.v", "0", "-r0.w"};
-  EXPECT_EQ(common_fact(symb), "r0.(u-v,0,-w)");
-  symb = {" r0.u+v", "0", "0"};  // one term lacks the constant
-  EXPECT_EQ(common_fact(symb), "( r0.u+v,0,0)");
-  EXPECT_EQ(symb[0], " r0.u+v");
-  symb = {" u", "v", "w"};
-  EXPECT_EQ(common_fact(symb), "( u,v,w)");
-  // More signs than are followed: the vector stays as it is.
-  symb = {" r0.u+r0.v+r0.w+r0.p+r0.q+r0.r+r0.a-r0.b", "0", "0"};
-  EXPECT_EQ(common_fact(symb), "( r0.u+r0.v+r0.w+r0.p+r0.q+r0.r+r0.a-r0.b,0,0)");
-  symb = {" r0.u+r0.v+r0.w+r0.p+r0.q+r0.r-r0.a", "0", "0"};  // six signs
-  EXPECT_EQ(common_fact(symb), "r0.(u+v+w+p+q+r-a,0,0)");
-  set_epsg_default();
-}
-
-TEST(FourierText, RealAndImaginaryPartsJoined) {
-  EXPECT_EQ(phase_fact("Sk(1):r0.(u,v,w)", "+ir1.(u,v,w)"), "Sk(1): (r0+i.r1).(u,v,w)");
-  EXPECT_EQ(phase_fact("Sk(1):r0.(u,v,w)", "+ir1.(-u,-v,-w)"), "Sk(1): (r0-i.r1).(u,v,w)");
-  EXPECT_EQ(phase_fact("Sk(1):r0.(u,v,w)", "+ir1.(-u,-v,0)"), "Sk(1):r0.(u,v,w)+ir1.(-u,-v,0)");
-  EXPECT_EQ(phase_fact("Sk(2):(0,0,0)", "+i(u,v,w)"), "Sk(2):(0,0,0)+i(u,v,w)");
-  EXPECT_EQ(polish_fourier("Sk(2):(0,0,0)+i(u,v,w)", {}), "Sk(2): (0,0,0)+i.(u,v,w)");
-  EXPECT_EQ(polish_fourier("Sk(3):(u,0,0)", {}), "Sk(3): (u,0,0)");
-  // r0 = cos 30 degrees, r1 = sin 30 degrees: theta = +-1/12 of a turn.
-  const std::vector<float> realnum = {0.8660254f, 0.5f};
-  EXPECT_EQ(polish_fourier("Sk(1): (r0+i.r1).(u,v,w)", realnum),
-            "Sk(1): (r0+i.r1).(u,v,w) = (u,v,w) . exp{ 2.pi.i. 0.0833333}");
-  EXPECT_EQ(polish_fourier("Sk(1): (r0-i.r1).(u,v,w)", realnum),
-            "Sk(1): (r0-i.r1).(u,v,w) = (u,v,w) . exp{-2.pi.i. 0.0833333}");
-  EXPECT_EQ(plus_minus_sep("-u+v-w  "), (std::vector<int>{1, 3, 5}));
-  EXPECT_EQ(rep_char("r0.u-r0.v", "r0 "), (std::vector<int>{1, 6}));
 }
 
 TEST(SiteAnalysisLimits, GammaTextKeepsWholeTermsWithinItsLength) {

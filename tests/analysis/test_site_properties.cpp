@@ -25,12 +25,17 @@
 
 #include "run/run_driver.hpp"
 #include "run/run_state.hpp"
+#include "test_support.hpp"
 
 namespace velmoria {
 namespace {
 
-using cd = std::complex<double>;
-using CVec = std::vector<cd>;
+using cd = testing::Cd;
+using testing::CVec;
+using testing::dot;
+using testing::norm;
+using testing::orthonormal_basis;
+using testing::residual;
 
 constexpr double two_pi = 2.0 * std::numbers::pi;
 constexpr double position_tol = 1e-3;  // positions are given to five decimals or more
@@ -124,39 +129,6 @@ cd trace(const Site_Action& s) {
   return sum;
 }
 
-cd dot(const CVec& a, const CVec& b) {  // conj(a) . b
-  cd s = 0;
-  for (std::size_t i = 0; i < a.size(); ++i) s += std::conj(a[i]) * b[i];
-  return s;
-}
-double norm(const CVec& a) {
-  return std::sqrt(dot(a, a).real());
-}
-
-// Removes from y its components along the orthonormal vectors q (twice, for stability).
-CVec residual(const std::vector<CVec>& q, CVec y) {
-  for (int pass = 0; pass < 2; ++pass)
-    for (const CVec& e : q) {
-      const cd c = dot(e, y);
-      for (std::size_t i = 0; i < y.size(); ++i) y[i] -= c * e[i];
-    }
-  return y;
-}
-
-// Orthonormal basis of the span of the vectors, keeping those whose residual is above tol
-// relative to their own length.
-std::vector<CVec> orthonormal_basis(const std::vector<CVec>& vs) {
-  std::vector<CVec> q;
-  for (const CVec& v : vs) {
-    CVec r = residual(q, v);
-    const double n = norm(r);
-    if (n <= tol * norm(v)) continue;
-    for (cd& z : r) z /= n;
-    q.push_back(std::move(r));
-  }
-  return q;
-}
-
 std::vector<Site_Action> site_actions(const Run_State& st, const Site& site, bool axial) {
   const lorsk_proc& s = st.store;
   std::vector<Site_Action> out(s.ngk);
@@ -202,6 +174,7 @@ void check_site(const Run_State& st, int ns, bool axial) {
     for (int i = 1; i <= site.mult; ++i)
       EXPECT_EQ(an.rep.iperm(g, i), act[g - 1].dest[i - 1] + 1) << "g " << g << " atom " << i;
 
+  EXPECT_TRUE(testing::representations_hold(s, st.sv.vk, true));
   auto character = [&](int nu, int g) { return cd(s.chr(nu, g), s.chi(nu, g)); };
   ASSERT_EQ(static_cast<int>(an.ia.size()), s.nreps);
   int total = 0;
@@ -211,13 +184,6 @@ void check_site(const Run_State& st, int ns, bool axial) {
     const int ia = an.ia[nu - 1], dim = s.idim[nu - 1];
     EXPECT_GE(ia, 0);
     total += ia * dim;
-    // The store's character is the trace of its matrices.
-    for (int g = 1; g <= s.ngk; ++g) {
-      cd tr = 0;
-      for (int a = 1; a <= dim; ++a)
-        tr += std::polar(double(s.repr(a, a, nu, g)), two_pi * s.repi(a, a, nu, g));
-      EXPECT_LT(std::abs(tr - character(nu, g)), tol) << "g " << g;
-    }
     // Our own multiplicity from the trace of M.
     cd n = 0;
     for (int g = 1; g <= s.ngk; ++g) n += trace(act[g - 1]) * std::conj(character(nu, g));

@@ -1,9 +1,11 @@
 #!/usr/bin/env python3
 """The program as a user meets it: file codes, the prompt, output files, options, exit status."""
 import os
-import subprocess
 import sys
 import tempfile
+
+sys.path.insert(0, os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+from cli_checks import check, run, summary  # noqa: E402
 
 BANNER = [
     "  ",
@@ -25,23 +27,6 @@ BLOCK = [
 ]
 NO_GROUP = " => No information on space group is given, please provide SPGR/GEN before KVEC !"
 NO_KVEC = " => Calculation of IRreps omitted ... no KVEC keyword given! "
-
-failures = []
-checks = 0
-
-
-def check(condition, what):
-    global checks
-    checks += 1
-    if not condition:
-        failures.append(what)
-        print("FAILED", what)
-
-
-def run(binary, args, cwd, stdin=None):
-    return subprocess.run([binary] + args, cwd=cwd, input=stdin, capture_output=True, text=True,
-                          timeout=60)
-
 
 def lines(path):
     with open(path) as f:
@@ -103,8 +88,7 @@ def main():
               "--group --gen: the four operators in closure order")
         r = run(binary, ["--group", "--gen", "x,y"], d)
         check(r.returncode == 1 and r.stderr.strip() != "", "--group --gen with a bad operator")
-    print(f"command line: {checks - len(failures)} passed, {len(failures)} failed")
-    return 1 if failures else 0
+    return summary("command line")
 
 
 if __name__ == "__main__":

@@ -1,24 +1,11 @@
 #!/usr/bin/env python3
 """The query velmoria --irreps: the little group of k and its irreducible representations."""
 import os
-import subprocess
 import sys
 import tempfile
 
-failures = []
-checks = 0
-
-
-def check(condition, what):
-    global checks
-    checks += 1
-    if not condition:
-        failures.append(what)
-        print("FAILED", what)
-
-
-def run(binary, args, cwd):
-    return subprocess.run([binary] + args, cwd=cwd, capture_output=True, text=True, timeout=60)
+sys.path.insert(0, os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+from cli_checks import check, run, summary  # noqa: E402
 
 
 def dimensions(stdout):
@@ -84,8 +71,7 @@ def main():
         check(r.returncode == 1 and "usage" in r.stderr, "--irreps with too few arguments")
         r = run(binary, ["--help"], d)
         check("--irreps TEXT kx ky kz [label] [--block]" in r.stdout, "--help mentions --block")
-    print(f"irreps query: {checks - len(failures)} passed, {len(failures)} failed")
-    return 1 if failures else 0
+    return summary("irreps query")
 
 
 if __name__ == "__main__":

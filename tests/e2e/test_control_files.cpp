@@ -12,7 +12,7 @@
 
 #include "run/run_driver.hpp"
 #include "run/run_state.hpp"
-#include "text_lines.hpp"
+#include "test_support.hpp"
 
 namespace velmoria {
 namespace {

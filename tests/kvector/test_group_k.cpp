@@ -9,110 +9,79 @@
 #include "support/numeric.hpp"
 #include "symmetry/records.hpp"
 #include "symmetry/spacegroup_setup.hpp"
-#include "text_lines.hpp"
+#include "test_support.hpp"
 
 namespace velmoria {
 namespace {
 
-// The tolerance of a run, restored to its default at the end of a test.
-struct Run_Tolerance {
-  Run_Tolerance() { set_epsg_sp(0.002F); }
-  ~Run_Tolerance() { set_epsg_default(); }
-};
-
-Space_Group_Type group(const std::string& symbol) {
-  Space_Group_Type spg;
-  init_err_symm();
-  set_spacegroup(symbol, spg);
-  EXPECT_FALSE(err_symm) << symbol << ": " << err_symm_mess;
-  return spg;
-}
+using testing::group_of;
+using testing::Run_Tolerance;
 
 Vec3 neg(const Vec3& v) {
   return Vec3{-v[0], -v[1], -v[2]};
 }
 
+// Differences of vectors that are, or are not, vectors of the reciprocal lattice of each
+// centring (the letter is the first non-blank character), and the tolerance epss.
 TEST(KEquiv, ReciprocalLatticeOfEachCentring) {
   Run_Tolerance tol;
-  const Vec3 zero{0, 0, 0};
-  // C centring: h + k even.
-  EXPECT_TRUE(k_equiv(Vec3{1, 1, 0}, zero, "C"));
-  EXPECT_FALSE(k_equiv(Vec3{1, 0, 0}, zero, "C"));
-  EXPECT_TRUE(k_equiv(Vec3{0, 0, 1}, zero, "c"));
-  // A: k + l even; B: h + l even.
-  EXPECT_TRUE(k_equiv(Vec3{0, 1, 1}, zero, "A"));
-  EXPECT_TRUE(k_equiv(Vec3{1, 0, 0}, zero, "A"));
-  EXPECT_FALSE(k_equiv(Vec3{0, 0, 1}, zero, "A"));
-  EXPECT_TRUE(k_equiv(Vec3{1, 0, 1}, zero, "B"));
-  EXPECT_FALSE(k_equiv(Vec3{1, 0, 0}, zero, "B"));
-  // I: h + k + l even.
-  EXPECT_TRUE(k_equiv(Vec3{1, 1, 0}, zero, "I"));
-  EXPECT_FALSE(k_equiv(Vec3{1, 0, 0}, zero, "i"));
-  // F: all mixed sums even.
-  EXPECT_TRUE(k_equiv(Vec3{1, 1, 1}, zero, "F"));
-  EXPECT_TRUE(k_equiv(Vec3{2, 0, 0}, zero, "F"));
-  EXPECT_FALSE(k_equiv(Vec3{1, 1, 0}, zero, "F"));
-  // R, obverse: -h + k + l a multiple of 3.
-  EXPECT_TRUE(k_equiv(Vec3{1, 1, 0}, zero, "R"));
-  EXPECT_TRUE(k_equiv(Vec3{-1, 1, 1}, zero, "R"));
-  EXPECT_FALSE(k_equiv(Vec3{1, 0, 0}, zero, "R"));
-  // The letter is the first non-blank character; Z and unknown letters say no.
-  EXPECT_TRUE(k_equiv(Vec3{1, 1, 0}, zero, "  C"));
-  EXPECT_FALSE(k_equiv(zero, zero, "Z"));
-  EXPECT_FALSE(k_equiv(zero, zero, ""));
-  // Non-integer differences are never equivalent; the tolerance is epss.
-  EXPECT_FALSE(k_equiv(Vec3{0.5F, 0, 0}, zero, "P"));
-  EXPECT_TRUE(k_equiv(Vec3{0.5F, 0, 0}, Vec3{-0.499F, 0, 0}, "P"));
-  EXPECT_FALSE(k_equiv(Vec3{0.5F, 0, 0}, Vec3{-0.49F, 0, 0}, "P"));
+  const struct {
+    Vec3 h, k;
+    const char* lat;
+    bool equivalent;
+  } cases[] = {
+      {{1, 1, 0}, {0, 0, 0}, "C", true},          {{1, 0, 0}, {0, 0, 0}, "C", false},
+      {{0, 0, 1}, {0, 0, 0}, "c", true},          {{0, 1, 1}, {0, 0, 0}, "A", true},
+      {{1, 0, 0}, {0, 0, 0}, "A", true},          {{0, 0, 1}, {0, 0, 0}, "A", false},
+      {{1, 0, 1}, {0, 0, 0}, "B", true},          {{1, 0, 0}, {0, 0, 0}, "B", false},
+      {{1, 1, 0}, {0, 0, 0}, "I", true},          {{1, 0, 0}, {0, 0, 0}, "i", false},
+      {{1, 1, 1}, {0, 0, 0}, "F", true},          {{2, 0, 0}, {0, 0, 0}, "F", true},
+      {{1, 1, 0}, {0, 0, 0}, "F", false},         {{1, 1, 0}, {0, 0, 0}, "R", true},
+      {{-1, 1, 1}, {0, 0, 0}, "R", true},         {{1, 0, 0}, {0, 0, 0}, "R", false},
+      {{0, 0, 1}, {0, 0, 0}, "R", false},         {{0, 0, 3}, {0, 0, 0}, "R", true},
+      {{1, 1, 0}, {0, 0, 0}, "  C", true},        {{0, 0, 0}, {0, 0, 0}, "Z", false},
+      {{0, 0, 0}, {0, 0, 0}, "", false},          {{0.5F, 0, 0}, {0, 0, 0}, "P", false},
+      {{0.5F, 0, 0}, {-0.499F, 0, 0}, "P", true}, {{0.5F, 0, 0}, {-0.49F, 0, 0}, "P", false},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(k_equiv(c.h, c.k, c.lat), c.equivalent)
+        << c.lat << " " << c.h[0] << " " << c.h[1] << " " << c.h[2];
+  }
 }
 
-TEST(KStar, ZeroVectorKeepsTheWholePointGroup) {
-  Run_Tolerance tol;
-  Group_k_Type gk;
-  const Space_Group_Type spg = group("221");  // P m -3 m: 48 rotations
-  k_star(Vec3{0, 0, 0}, spg, gk, true);
-  EXPECT_EQ(gk.nk, 1);
-  EXPECT_EQ(gk.ngk_ops, 48);
-  EXPECT_TRUE(gk.k_equiv_mk);
-  EXPECT_TRUE(gk.minus_k_in_star);
-  EXPECT_EQ(gk.ops.size(), 48u);  // no extension
-  EXPECT_EQ(gk.cosets[0], gk.ops);
-}
-
+// P 2 at a general k: neither k nor -k; P -1: the centre takes k to -k, and the extended
+// group adds its coset; P 4 at (0.1,0.2,0): the two-fold axis does it in an acentric group.
 TEST(KStar, MinusKAndTheExtendedGroup) {
   Run_Tolerance tol;
   const Vec3 k{0.1F, 0.2F, 0.3F};
-  Group_k_Type gk;
-  // P2 (unique axis b): the 2-fold takes k to (-0.1,0.2,-0.3), neither k nor -k.
-  k_star(k, group("3"), gk, true);
-  EXPECT_FALSE(gk.k_equiv_mk);
-  EXPECT_FALSE(gk.minus_k_in_star);
-  EXPECT_EQ(gk.nk, 2);
-  EXPECT_EQ(gk.ops, std::vector<int>{1});
-
-  // P-1: the centre takes k to -k; the extension is the coset of -k, operator 2.
-  k_star(k, group("2"), gk, true);
-  EXPECT_FALSE(gk.k_equiv_mk);
-  EXPECT_TRUE(gk.minus_k_in_star);
-  EXPECT_EQ(gk.ngk_ops, 1);
-  EXPECT_EQ(gk.ops, (std::vector<int>{1, 2}));
+  const struct {
+    const char* group;
+    Vec3 k;
+    bool k_equiv_mk, minus_k_in_star;
+    int nk, ngk, ops;
+  } cases[] = {{"3", k, false, false, 2, 1, 1},
+               {"2", k, false, true, 2, 1, 2},
+               {"75", {0.1F, 0.2F, 0}, false, true, 4, 1, 2},
+               {"2", {0.5F, 0, 0.5F}, true, true, 1, 2, 2},
+               {"221", {0, 0, 0}, true, true, 1, 48, 48}};
+  for (const auto& c : cases) {
+    Group_k_Type gk;
+    const Space_Group_Type spg = group_of(c.group);
+    k_star(c.k, spg, gk, true);
+    SCOPED_TRACE(c.group);
+    EXPECT_EQ(gk.k_equiv_mk, c.k_equiv_mk);
+    EXPECT_EQ(gk.minus_k_in_star, c.minus_k_in_star);
+    EXPECT_EQ(gk.nk, c.nk);
+    EXPECT_EQ(gk.ngk_ops, c.ngk);
+    ASSERT_EQ(static_cast<int>(gk.ops.size()), c.ops);
+    EXPECT_EQ(gk.ops[0], 1);
+    for (int i = gk.ngk_ops; i < c.ops; ++i)  // the extension takes k to -k
+      EXPECT_TRUE(k_equiv(hr_r(c.k, spg.symop[gk.ops[i] - 1].rot), neg(c.k), spg.spg_lat));
+  }
   // Without the option the list stops at ngk_ops.
-  k_star(k, group("2"), gk);
+  Group_k_Type gk;
+  k_star(k, group_of("2"), gk);
   EXPECT_EQ(gk.ops, std::vector<int>{1});
-
-  // P4, k = (0.1,0.2,0): the 2-fold along z takes k to -k in an acentric group.
-  k_star(Vec3{0.1F, 0.2F, 0}, group("75"), gk, true);
-  EXPECT_FALSE(gk.k_equiv_mk);
-  EXPECT_TRUE(gk.minus_k_in_star);
-  EXPECT_EQ(gk.nk, 4);
-  ASSERT_EQ(gk.ops.size(), 2u);
-  EXPECT_TRUE(k_equiv(hr_r(gk.stark[0], gk.group.symop[gk.ops[1] - 1].rot), neg(gk.stark[0]), 'P'));
-
-  // P-1 at a zone-boundary point: k equivalent to -k.
-  k_star(Vec3{0.5F, 0, 0.5F}, group("2"), gk, true);
-  EXPECT_TRUE(gk.k_equiv_mk);
-  EXPECT_EQ(gk.ngk_ops, 2);
-  EXPECT_EQ(gk.nk, 1);
 }
 
 TEST(KStar, ArmsTimesLittleCoGroupIsThePointGroupInAll230Groups) {
@@ -123,7 +92,7 @@ TEST(KStar, ArmsTimesLittleCoGroupIsThePointGroupInAll230Groups) {
       {0.1F, 0, 0},       {0, 0, 0.3F},       {0.1F, 0.1F, 0},  {0.2F, 0.2F, 0.2F},
       {0.1F, 0.2F, 0.3F}, {0.5F, 0, 0.25F},   {0.25F, 0.5F, 0}, {0.3F, 0.3F, 0.5F}};
   for (int number = 1; number <= 230; ++number) {
-    const Space_Group_Type spg = group(std::to_string(number));
+    const Space_Group_Type spg = group_of(std::to_string(number));
     // The point group: the distinct rotations of the whole operator list.
     std::set<Mat3i> rotations;
     for (const Sym_Oper_Type& op : spg.symop) rotations.insert(op.rot);
@@ -159,23 +128,6 @@ TEST(KStar, ArmsTimesLittleCoGroupIsThePointGroupInAll230Groups) {
       EXPECT_EQ(extension, !gk.k_equiv_mk && gk.minus_k_in_star ? gk.ngk_ops : 0);
     }
   }
-}
-
-// ----- The listing -----
-
-using testing::lines_of;
-
-TEST(WriteGroupK, TenthArmTakesTwoDigits) {
-  Run_Tolerance tol;
-  Group_k_Type gk;
-  k_star(Vec3{0.1F, 0.2F, 0.3F}, group("221"), gk, true);
-  ASSERT_EQ(gk.nk, 48);
-  std::string out;
-  write_group_k(gk, out);
-  EXPECT_NE(out.find("\n           k_9  = ("), std::string::npos);
-  EXPECT_NE(out.find("\n           k_10 = ("), std::string::npos);
-  EXPECT_NE(out.find("\n  Eqv. -K: k_"), std::string::npos);  // the arm of -k
-  EXPECT_NE(out.find("\n           k_48 = ("), std::string::npos);
 }
 
 }  // namespace

@@ -10,7 +10,7 @@
 #include "run/run_state.hpp"
 #include "support/layout.hpp"
 #include "support/numeric.hpp"
-#include "text_lines.hpp"
+#include "test_support.hpp"
 
 namespace velmoria {
 namespace {
@@ -19,24 +19,18 @@ Run_Output run_text(const std::string& text) {
   return run_velmoria({"test", text, ""});
 }
 
+using testing::has_line;
 using testing::lines_of;
 
 TEST(RunDriver, KvecIsRoundedToFractionsAndLabelled) {
   const Run_Output out = run_text(
       "GEN  x+1/2,y+1/2,z; -x,-y,z\n"
       "kvec  0.333 -0.3331 0.245 X\n");
-  const auto lines = lines_of(out.result);
   // The fractions within 0.001 become single-precision fractions; 0.245, 0.005 from 1/4,
   // stays as read.
-  EXPECT_NE(
-      std::find(lines.begin(), lines.end(), " => Propagation vector:   0.3333 -0.3333  0.2450"),
-      lines.end());
-  EXPECT_NE(std::find(lines.begin(), lines.end(), " => BZ-point labelled as  X"), lines.end());
-  EXPECT_NE(std::find(lines.begin(), lines.end(),
-                      " => List of space group generators: x+1/2,y+1/2,z; -x,-y,z"),
-            lines.end());
-  EXPECT_EQ(lines.back(),
-            " => Calculation of basis functions omitted ... no ATOM keywords given! ");
+  EXPECT_TRUE(has_line(out.result, " => Propagation vector:   0.3333 -0.3333  0.2450"));
+  EXPECT_TRUE(has_line(out.result, " => BZ-point labelled as  X"));
+  EXPECT_TRUE(has_line(out.result, " => List of space group generators: x+1/2,y+1/2,z; -x,-y,z"));
   EXPECT_EQ(out.console,
             " => Calculation of basis functions omitted ... no ATOM keywords given! \n"
             " => Normal End ... Results in file: test.vmr\n");
@@ -109,39 +103,10 @@ TEST(RunDriver, SublPositionsThatCannotBeReadAreReported) {
       "SUBL Fe 2\n"
       "    0.1 0.2 0.3\n");
   const auto lines = lines_of(out.result);
-  EXPECT_NE(std::find(lines.begin(), lines.end(),
-                      "  ERROR! -> exception occurred when reading sublattice positions "),
-            lines.end());
+  EXPECT_TRUE(
+      has_line(out.result, "  ERROR! -> exception occurred when reading sublattice positions "));
   EXPECT_EQ(lines.back(),
             " => Calculation of basis functions omitted ... no ATOM keywords given! ");
-}
-
-}  // namespace
-}  // namespace velmoria
-
-namespace velmoria {
-namespace {
-
-// A malformed layout or more items than a layout takes is an internal error: the run ends with
-// a message, and nothing is thrown past it.
-TEST(RunDriver, InternalErrorsEndTheRunWithAMessage) {
-  const std::vector<std::function<void(Run_State&)>> faults = {
-      [](Run_State& rs) { put(rs.out.result, "a,3q", "x"); },
-      [](Run_State& rs) { put(rs.out.result, "5x", "x"); }};
-  for (const auto& fault : faults) {
-    Run_State rs;
-    EXPECT_NO_THROW(run_guarded(rs, fault));
-    EXPECT_EQ(rs.out.console.rfind(" => Internal error, the run stops: layout \"", 0), 0u)
-        << rs.out.console;
-    EXPECT_NE(rs.out.result.find(" => Internal error, the run stops: "), std::string::npos);
-  }
-  Run_State rs;
-  run_guarded(rs, [](Run_State& r) {
-    put(r.out.result, "a", "written");
-    throw Quiet_Stop{};
-  });
-  EXPECT_EQ(rs.out.result, "written\n");
-  EXPECT_EQ(rs.out.console, "");
 }
 
 }  // namespace

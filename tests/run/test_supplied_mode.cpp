@@ -14,38 +14,21 @@
 #include "run/run_driver.hpp"
 #include "run/run_state.hpp"
 #include "symmetry/tables.hpp"
+#include "test_support.hpp"
 
 namespace velmoria {
 namespace {
 
 using Vector = std::vector<std::complex<float>>;
 
-// Rank of a set of complex vectors by Gaussian elimination with a relative tolerance.
-int rank_of(std::vector<Vector> rows) {
-  int rank = 0;
-  const std::size_t n = rows.empty() ? 0 : rows[0].size();
-  for (std::size_t col = 0; col < n && rank < static_cast<int>(rows.size()); ++col) {
-    std::size_t best = rank;
-    for (std::size_t r = rank; r < rows.size(); ++r) {
-      if (std::abs(rows[r][col]) > std::abs(rows[best][col])) best = r;
-    }
-    if (std::abs(rows[best][col]) < 1e-3f) continue;
-    std::swap(rows[best], rows[rank]);
-    for (std::size_t r = 0; r < rows.size(); ++r) {
-      if (r == static_cast<std::size_t>(rank)) continue;
-      const std::complex<float> f = rows[r][col] / rows[rank][col];
-      for (std::size_t c = 0; c < n; ++c) rows[r][c] -= f * rows[rank][c];
-    }
-    ++rank;
-  }
-  return rank;
-}
-
+// Two sets of vectors span the same space.
 bool same_span(const std::vector<Vector>& a, const std::vector<Vector>& b) {
-  std::vector<Vector> both = a;
-  both.insert(both.end(), b.begin(), b.end());
-  const int r = rank_of(a);
-  return r == rank_of(b) && r == rank_of(both);
+  std::vector<testing::CVec> x, y;
+  for (const Vector& v : a) x.emplace_back(v.begin(), v.end());
+  for (const Vector& v : b) y.emplace_back(v.begin(), v.end());
+  const std::size_t r = testing::orthonormal_basis(x).size();
+  x.insert(x.end(), y.begin(), y.end());
+  return r == testing::orthonormal_basis(y).size() && r == testing::orthonormal_basis(x).size();
 }
 
 bool ends_normally(const Run_Output& out) {
@@ -121,21 +104,6 @@ TEST(SuppliedMode, BlockOfComputedRepresentationsGivesTheSameAnalysis) {
   }
 }
 
-// An orbit that splits into two under the little group (x,1/4,z of P n m a with k along a*)
-// gives two sites in the computed mode; in the supplied mode the site is not split: it holds
-// the atoms that the supplied operators make, the first sub-orbit.
-TEST(SuppliedMode, SitesAreNotSplit) {
-  const char* site = "VMODE AXI\nATOM Mn Mn 0.1 0.25 0.3\n";
-  const Run_Output computed =
-      run_velmoria({"c", std::string("SPGR P n m a\nKVEC 0.13 0 0 DT\n") + site, ""});
-  const Run_Output supplied =
-      run_velmoria({"s", block_of("P n m a", {0.13f, 0, 0}, "DT") + site, ""});
-  ASSERT_TRUE(ends_normally(computed) && ends_normally(supplied));
-  EXPECT_EQ(computed.state->sv.nsites, 2);
-  EXPECT_EQ(supplied.state->sv.nsites, 1);
-  EXPECT_EQ(supplied.state->sv.sites[0].x, computed.state->sv.sites[0].x);
-}
-
 // P -1 with two one-dimensional representations of the whole group at k = 0, where the star
 // has one arm.  Two atoms x and -x: the axial vectors give characters 6 at 1 and 0 at -1, so
 // that each representation occurs 3 times and 1 x 3 / 1 = 3 functions are expected and found.
@@ -188,12 +156,9 @@ TEST(SuppliedMode, FullGroupBlockWithTwoArmsAndTheExtendedLittleGroup) {
   const Run_Output extended = run_velmoria({"e", head + "EXTENDED_LITTLE_GROUP" + block, ""});
   ASSERT_TRUE(ends_normally(extended)) << extended.console;
   for (const char* line :
-       {" => The representations of the extended little group, G_(k,-k) are read from the input "
-        "file ",
-        "  EXTENDED LITTLE GROUP OPERATORS AND PHYSICALLY IRREPS",
+       {"  EXTENDED LITTLE GROUP OPERATORS AND PHYSICALLY IRREPS",
         " => Number of elements of G_(k,-k):    2",
-        " => Number of physically irreducible representations of G_(k,-k):    1",
-        " => Full Irreps of the space group or those of the extended little group will be used"}) {
+        " => Number of physically irreducible representations of G_(k,-k):    1"}) {
     EXPECT_NE(extended.result.find(std::string(line) + "\n"), std::string::npos) << line;
   }
   EXPECT_EQ(extended.result.find("Expected number"), std::string::npos);
@@ -264,68 +229,6 @@ TEST(SuppliedMode, BadBlocksStopWithAMessage) {
     EXPECT_EQ(last, c.message + "\n");
     EXPECT_EQ(out.result.find(c.message) != std::string::npos, c.in_result);
   }
-}
-
-// Names between the first parentheses of the first operator's lines, cut to 10 columns; a
-// head in lower case is read but not echoed, and its representations keep blank names.
-TEST(SuppliedMode, NamesAndTheEchoOfTheBlock) {
-  const std::string lines =
-      " 2 1 -1\n"
-      "SYMM_K( 1): x,y,z\nIR(LongNameOfRep): 1\nPH: 0.5\n"
-      "SYMM_K( 2): -x,-y,-z\n! a comment-looking matrix line\nPH: 0\n";
-  const std::string sites = "VMODE AXI\nATOM Fe Fe 0.1 0.2 0.3\n";
-  const Run_Output upper =
-      run_velmoria({"u", "SPGR -P 1\nKVEC 0 0 0\nLITTLE_GROUP" + lines + sites, ""});
-  EXPECT_NE(upper.console.find(" => Error reading ! a comment-looking matrix line"),
-            std::string::npos);
-
-  const std::string good =
-      " 2 1 -1\n"
-      "SYMM_K( 1): x,y,z\nIR(LongNameOfRep): 1\nPH: 0.5\n"
-      "SYMM_K( 2): -x,-y,-z\nIR(ignored): 1\nPH: 0\n";
-  const Run_Output named =
-      run_velmoria({"n", "SPGR -P 1\nKVEC 0 0 0\nLITTLE_GROUP" + good + sites, ""});
-  ASSERT_TRUE(ends_normally(named)) << named.console;
-  EXPECT_NE(named.result.find("Iso_name: LongNameOf\n"), std::string::npos);
-  // The phase line of zeros is not echoed; the echo takes the lines in turn and stops at the
-  // end of the operators' lines that it counts.
-  EXPECT_NE(named.result.find("\nLITTLE_GROUP 2 1 -1\nSYMM_K( 1): x,y,z\nIR(LongNameOfRep): "
-                              "1\nPH: 0.5\nSYMM_K( 2): -x,-y,-z\nIR(ignored): 1\n"),
-            std::string::npos);
-
-  // Of two heads the reading takes the last and the echo starts at the first.
-  const Run_Output two = run_velmoria(
-      {"t",
-       "SPGR -P 1\nKVEC 0 0 0\nLITTLE_GROUP 1 1 1\nS: x,y,z\nIR(first): 1\nLITTLE_GROUP" + good +
-           sites,
-       ""});
-  ASSERT_TRUE(ends_normally(two)) << two.console;
-  EXPECT_NE(two.result.find(" => Number of elements of G_k:    2\n"), std::string::npos);
-  EXPECT_NE(two.result.find("\nLITTLE_GROUP 1 1 1\nS: x,y,z\nIR(first): 1\n"), std::string::npos);
-  EXPECT_NE(two.result.find("Iso_name: first     \n"), std::string::npos);
-
-  const Run_Output lower =
-      run_velmoria({"l", "SPGR -P 1\nKVEC 0 0 0\nlittle_group" + good + sites, ""});
-  ASSERT_TRUE(ends_normally(lower)) << lower.console;
-  EXPECT_EQ(lower.result.find("\nSYMM_K( 1): x,y,z\n"), std::string::npos);
-  EXPECT_NE(lower.result.find("Iso_name:           \n"), std::string::npos);
-}
-
-// A representation of dimension 25, past the 24 columns of the listing: the tables are
-// written without the symbolic form and the run ends normally.
-TEST(SuppliedMode, DimensionAboveTheListingColumns) {
-  std::string unit_matrix;
-  for (int a = 0; a < 25; ++a) {
-    for (int b = 0; b < 25; ++b) unit_matrix += a == b ? " 1" : " 0";
-  }
-  const Run_Output out = run_velmoria(
-      {"d",
-       "SPGR P 1\nKVEC 0 0 0\nLITTLE_GROUP 1 1 25\nSYMM_K( 1): x,y,z\nIR(big):" + unit_matrix +
-           "\nATOM A A 0 0 0\n",
-       ""});
-  ASSERT_TRUE(ends_normally(out)) << out.console;
-  EXPECT_NE(out.result.find(" => Dimensions of Ir(reps):  25\n"), std::string::npos);
-  EXPECT_NE(out.result.find("skiped: Dimensions equal or higher than 6"), std::string::npos);
 }
 
 }  // namespace

@@ -1,98 +1,61 @@
-// Translations written as fractions, single values with signs, and fraction text read back.
+// Translations written as fractions, single values with signs, fraction text read back, and k
+// snapped to the tabulated fractions: tables of input and expected output.
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <string>
+#include <vector>
 
+#include "run/run_driver.hpp"
 #include "support/fractions.hpp"
 #include "support/numeric.hpp"
 #include "support/text.hpp"
+#include "symmetry/operator_text.hpp"
+#include "test_support.hpp"
 
 namespace velmoria {
 namespace {
 
-struct ToleranceGuard {
-  ~ToleranceGuard() { set_epsg_default(); }
-};
-
 TEST(Fractions, TranslationVectors) {
-  EXPECT_EQ(frac_trans_1dig({0.0F, 0.0F, 0.0F}), "(0,0,0)");
-  EXPECT_EQ(frac_trans_1dig({0.5F, 0.0F, -0.25F}), "(1/2,0,-1/4)");
-  EXPECT_EQ(frac_trans_1dig({1.0F, 1.0F / 3.0F, 0.0F}), "(1,1/3,0)");
-  EXPECT_EQ(frac_trans_1dig({0.5F, 0.5F, 0.5F}), "(1/2,1/2,1/2)");
-  EXPECT_EQ(frac_trans_1dig({-1.0F, 2.0F, 0.0F}), "(-1,2,0)");
-  // The numerator runs outside: 2/3 stays 2/3, 5/6 and 7/8 are found as such.
-  EXPECT_EQ(frac_trans_1dig({2.0F / 3.0F, 5.0F / 6.0F, -7.0F / 8.0F}), "(2/3,5/6,-7/8)");
-  // No fraction of one-digit terms: three decimals when positive, four when negative.
-  EXPECT_EQ(frac_trans_1dig({0.1F, -0.1F, 1.0F / 24.0F}), "(0.100,-0.1000,0.042)");
-  EXPECT_EQ(frac_trans_1dig({1.2346F, -1.2346F, 10.0F}), "(1.235,-1.2346,10)");
-  // Values above 1 are fractions too when they are one: 5/4 and -3/2.
-  EXPECT_EQ(frac_trans_1dig({1.25F, -1.5F, 0.0F}), "(5/4,-3/2,0)");
-}
-
-TEST(Fractions, TranslationTolerance) {
-  ToleranceGuard guard;
-  EXPECT_EQ(frac_trans_1dig({0.333F, 0.0F, 0.0F}), "(0.333,0,0)");
-  set_epsg_sp(0.002F);
-  EXPECT_EQ(frac_trans_1dig({0.333F, 0.0F, 0.0F}), "(1/3,0,0)");
-  EXPECT_EQ(frac_trans_1dig({0.4999F, -0.9995F, 0.1667F}), "(1/2,-1,1/6)");
+  const struct {
+    float tolerance;
+    Vec3 t;
+    const char* text;
+  } cases[] = {
+      {1.0e-5F, {0.0F, 0.0F, 0.0F}, "(0,0,0)"},
+      {1.0e-5F, {0.5F, 0.0F, -0.25F}, "(1/2,0,-1/4)"},
+      {1.0e-5F, {1.0F, 1.0F / 3.0F, 0.0F}, "(1,1/3,0)"},
+      {1.0e-5F, {-1.0F, 2.0F, 0.0F}, "(-1,2,0)"},
+      // The numerator runs outside: 2/3 stays 2/3, 5/6 and 7/8 are found as such.
+      {1.0e-5F, {2.0F / 3.0F, 5.0F / 6.0F, -7.0F / 8.0F}, "(2/3,5/6,-7/8)"},
+      // No fraction of one-digit terms: three decimals when positive, four when negative.
+      {1.0e-5F, {0.1F, -0.1F, 1.0F / 24.0F}, "(0.100,-0.1000,0.042)"},
+      {1.0e-5F, {1.2346F, -1.2346F, 10.0F}, "(1.235,-1.2346,10)"},
+      {1.0e-5F, {1.25F, -1.5F, 0.0F}, "(5/4,-3/2,0)"},
+      {1.0e-5F, {0.333F, 0.0F, 0.0F}, "(0.333,0,0)"},
+      {0.002F, {0.333F, 0.0F, 0.0F}, "(1/3,0,0)"},
+      {0.002F, {0.4999F, -0.9995F, 0.1667F}, "(1/2,-1,1/6)"},
+  };
+  testing::Run_Tolerance restore;
+  for (const auto& c : cases) {
+    set_epsg_sp(c.tolerance);
+    EXPECT_EQ(frac_trans_1dig(c.t), c.text);
+  }
 }
 
 TEST(Fractions, SignedValues) {
-  EXPECT_EQ(get_fraction_2dig(1.0F / 24.0F), "+1/24");
-  EXPECT_EQ(get_fraction_2dig(-0.5F), "-1/2");
-  EXPECT_EQ(get_fraction_2dig(0.0F), "0");
-  EXPECT_EQ(get_fraction_2dig(1.0F), "+1");
-  EXPECT_EQ(get_fraction_2dig(-2.0F), "-2");
-  EXPECT_EQ(get_fraction_2dig(-7.0F / 24.0F), "-7/24");
-  EXPECT_EQ(get_fraction_2dig(13.0F / 12.0F), "+13/12");
-  EXPECT_EQ(get_fraction_2dig(0.1F), "+1/10");
-  // No fraction with terms up to 24: four decimals with the sign.
-  EXPECT_EQ(get_fraction_2dig(0.123456F), "+0.1235");
-  EXPECT_EQ(get_fraction_2dig(-0.123456F), "-0.1235");
+  const std::pair<float, const char*> cases[] = {{1.0F / 24.0F, "+1/24"},
+                                                 {-0.5F, "-1/2"},
+                                                 {0.0F, "0"},
+                                                 {1.0F, "+1"},
+                                                 {-2.0F, "-2"},
+                                                 {-7.0F / 24.0F, "-7/24"},
+                                                 {13.0F / 12.0F, "+13/12"},
+                                                 {0.1F, "+1/10"},
+                                                 {0.123456F, "+0.1235"},
+                                                 {-0.123456F, "-0.1235"}};
+  for (const auto& [v, text] : cases) EXPECT_EQ(get_fraction_2dig(v), text) << v;
 }
-
-TEST(Fractions, ReadFractionText) {
-  init_err_string();
-  EXPECT_FLOAT_EQ(read_fract("1/2"), 0.5F);
-  EXPECT_FLOAT_EQ(read_fract("-3/4"), -0.75F);
-  EXPECT_FLOAT_EQ(read_fract(""), 1.0F);
-  EXPECT_FLOAT_EQ(read_fract("    "), 1.0F);
-  EXPECT_FLOAT_EQ(read_fract("+"), 1.0F);
-  EXPECT_FLOAT_EQ(read_fract(" - "), -1.0F);
-  EXPECT_FLOAT_EQ(read_fract("-2"), -2.0F);
-  EXPECT_FLOAT_EQ(read_fract("0.25"), 0.25F);
-  EXPECT_FALSE(err_string);
-  // A zero denominator is not tested for.
-  EXPECT_TRUE(std::isinf(read_fract("1/0")));
-  EXPECT_FALSE(err_string);
-}
-
-TEST(Fractions, ReadFractionFailures) {
-  init_err_string();
-  EXPECT_FLOAT_EQ(read_fract("abc"), 0.0F);
-  EXPECT_TRUE(err_string);
-  EXPECT_EQ(err_string_mess, " The provided symbol is illegal: abc");
-
-  init_err_string();
-  EXPECT_FLOAT_EQ(read_fract("1/q"), 0.0F);
-  EXPECT_TRUE(err_string);
-  EXPECT_EQ(err_string_mess, " The provided symbol is illegal: q");
-
-  init_err_string();
-  EXPECT_FLOAT_EQ(read_fract("/2"), 0.0F);
-  EXPECT_TRUE(err_string);
-  EXPECT_EQ(err_string_mess, " The provided symbol is illegal: ");
-
-  // A successful read does not clear an earlier error.
-  EXPECT_FLOAT_EQ(read_fract("3"), 3.0F);
-  EXPECT_TRUE(err_string);
-}
-
-}  // namespace
-}  // namespace velmoria
-
-namespace velmoria {
-namespace {
 
 // The written fraction is the first pair num/den, numerators outside, within the tolerance:
 // checked against that plain search over a fine sweep of values and both tolerances.
@@ -108,6 +71,7 @@ TEST(Fractions, FirstFractionOfTheSearchOrder) {
     }
     return "";
   };
+  testing::Run_Tolerance restore;
   for (float tolerance : {1.0e-5f, 0.002f}) {
     set_epsg_sp(tolerance);
     for (int i = -30000; i <= 30000; ++i) {
@@ -121,7 +85,72 @@ TEST(Fractions, FirstFractionOfTheSearchOrder) {
       }
     }
   }
-  set_epsg_default();
+}
+
+// A text that cannot be read gives 0 and the message; a zero denominator is not tested for;
+// a successful read does not clear an earlier error.
+TEST(Fractions, ReadFractionText) {
+  const struct {
+    const char* text;
+    float value;
+    const char* message;  // nullptr: no error
+  } cases[] = {{"1/2", 0.5F, nullptr},
+               {"-3/4", -0.75F, nullptr},
+               {"", 1.0F, nullptr},
+               {"    ", 1.0F, nullptr},
+               {"+", 1.0F, nullptr},
+               {" - ", -1.0F, nullptr},
+               {"-2", -2.0F, nullptr},
+               {"0.25", 0.25F, nullptr},
+               {"abc", 0.0F, " The provided symbol is illegal: abc"},
+               {"1/q", 0.0F, " The provided symbol is illegal: q"},
+               {"/2", 0.0F, " The provided symbol is illegal: "}};
+  for (const auto& c : cases) {
+    init_err_string();
+    EXPECT_FLOAT_EQ(read_fract(c.text), c.value) << c.text;
+    EXPECT_EQ(err_string, c.message != nullptr) << c.text;
+    if (c.message != nullptr) {
+      EXPECT_EQ(err_string_mess, c.message);
+    }
+  }
+  EXPECT_FLOAT_EQ(read_fract("3"), 3.0F);
+  EXPECT_TRUE(err_string);
+  init_err_string();
+  EXPECT_TRUE(std::isinf(read_fract("1/0")));
+  EXPECT_FALSE(err_string);
+}
+
+// A component within 0.001 of a tabulated fraction becomes it, with its sign.
+TEST(Fractions, KSnapsToFractionsWithinTheTolerance) {
+  const std::pair<float, float> cases[] = {{0.3333f, 1.0f / 3},
+                                           {-0.7508f, -3.0f / 4},
+                                           {0.5012f, 0.5012f},
+                                           {0.28f, 0.28f},
+                                           {0.0f, 0.0f},
+                                           {1.0f, 1.0f},
+                                           {0.125f + 0.0009f, 0.125f},
+                                           {0.125f + 0.0012f, 0.125f + 0.0012f},
+                                           {-0.8324f, -5.0f / 6},
+                                           {0.6575f, 0.6575f}};
+  for (const auto& [in, out] : cases) EXPECT_EQ(snap_to_fractions({in, 0, in})[2], out) << in;
+}
+
+// A generator list is cut at every semicolon; a stray one on a GEN line is refused as an
+// empty generator.
+TEST(Fractions, GeneratorListsAreCutAtEverySemicolon) {
+  const std::pair<const char*, std::vector<std::string>> cases[] = {
+      {"  -x,-y,z ;  x+1/2,y,-z", {"-x,-y,z", "x+1/2,y,-z"}},
+      {"-x,-y,z", {"-x,-y,z"}},
+      {"-x,-y,z;", {"-x,-y,z", ""}},
+      {";-x,-y,z", {"", "-x,-y,z"}},
+      {"   ", {""}}};
+  for (const auto& [text, parts] : cases) EXPECT_EQ(split_generators(text), parts) << text;
+  for (const auto& [gen, normal] :
+       {std::pair{"-x,-y,z; -x,y,-z;", false}, std::pair{"-x,-y,z; -x,y,-z", true}}) {
+    const Run_Output out = run_velmoria(
+        {"t", std::string("GEN   ") + gen + "\nKVEC  0 0 0 GM\nATOM  Fe FE 0.1 0.2 0.3\n", ""});
+    EXPECT_EQ(out.console.find(" => Normal End") != std::string::npos, normal) << gen;
+  }
 }
 
 }  // namespace

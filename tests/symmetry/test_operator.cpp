@@ -7,8 +7,7 @@
 #include <vector>
 
 #include "symmetry/exact_operator.hpp"
-#include "symmetry/hall_symbols.hpp"
-#include "symmetry/hm_symbols.hpp"
+#include "test_support.hpp"
 
 namespace velmoria {
 namespace {
@@ -55,45 +54,27 @@ TEST(ExactOperator, InverseUndoesTheOperator) {
   EXPECT_EQ(negated(inversion_matrix), identity_matrix);
 }
 
-TEST(ExactOperator, ReductionBringsEachComponentIntoTheCell) {
-  EXPECT_EQ(mod_cell(-1), op_den - 1);
-  EXPECT_EQ(mod_cell(op_den), 0);
-  EXPECT_EQ(mod_cell(-op_den), 0);
-  EXPECT_EQ(mod_cell(2 * op_den + 1), 1);
-  EXPECT_EQ(reduced(Vec3i{-6, 30, 12}), (Vec3i{18, 6, 12}));
-  // Reals are rounded to twelfths: 1/8 becomes 2/12 (nint(1.5) = 2), 1/3 stays 1/3.
-  EXPECT_EQ(twelfths_of(Vec3{0.125f, 1.0f / 3.0f, -0.5f}), (Vec3i{4, 8, -12}));
-  const Vec3 back = to_real(Vec3i{8, 12, 18});
-  EXPECT_EQ(back, (Vec3{1.0f / 3.0f, 0.5f, 0.75f}));
-}
-
-// The operators of a group as exact operators in [0,1).
-std::vector<Exact_Op> exact_set(const std::vector<Mat3i>& ss, const std::vector<Vec3>& ts, int ng) {
-  std::vector<Exact_Op> ops;
-  for (int i = 0; i < ng; ++i) ops.push_back(reduced(Exact_Op{ss[i], twelfths_of(ts[i])}));
-  return ops;
-}
-
-void expect_closed(const std::vector<Exact_Op>& ops, const std::string& name) {
-  ASSERT_FALSE(ops.empty()) << name;
-  EXPECT_EQ(ops.front(), Exact_Op{}) << name;
-  auto held = [&](const Exact_Op& g) { return std::find(ops.begin(), ops.end(), g) != ops.end(); };
-  for (const Exact_Op& a : ops) {
-    EXPECT_TRUE(held(reduced(inverse(a)))) << name;
-    for (const Exact_Op& b : ops) EXPECT_TRUE(held(reduced(a * b))) << name;
-  }
-}
-
+// Whole primitive groups, set up from Hall and Hermann-Mauguin symbols, as exact operators in
+// [0,1): the identity first, and every inverse and product among them.
 TEST(ExactOperator, PrimitiveGroupsAreClosedUnderProductsAndInverses) {
-  for (const char* hall : {"P 61 2 (0 0 -1)", "P 2ac 2ab", "P 4 2 3", "P 31 2c (0 0 1)"}) {
-    const Group_Operators g = get_so_from_hall(hall);
-    ASSERT_FALSE(err_symm) << hall;
-    expect_closed(exact_set(g.ss, g.ts, g.ng), hall);
-  }
-  for (const char* hm : {"P 65 2 2", "P 21 21 21", "P 42/N", "P N -3 N"}) {
-    const Group_Operators g = get_so_from_hms(hm);
-    ASSERT_FALSE(err_symm) << hm;
-    expect_closed(exact_set(g.ss, g.ts, g.ng), hm);
+  const std::pair<const char*, const char*> groups[] = {
+      {"P 61 2 (0 0 -1)", "HAL"}, {"P 2ac 2ab", "HAL"}, {"P 4 2 3", "HAL"},
+      {"P 31 2c (0 0 1)", "HAL"}, {"P 65 2 2", "HMS"},  {"P 21 21 21", "HMS"},
+      {"P 42/N", "HMS"},          {"P N -3 N", "HMS"}};
+  for (const auto& [symbol, road] : groups) {
+    const Space_Group_Type g = testing::group_of(symbol, road);
+    std::vector<Exact_Op> ops;
+    for (const Sym_Oper_Type& op : g.symop)
+      ops.push_back(reduced(Exact_Op{op.rot, twelfths_of(op.tr)}));
+    ASSERT_FALSE(ops.empty()) << symbol;
+    EXPECT_EQ(ops.front(), Exact_Op{}) << symbol;
+    auto held = [&](const Exact_Op& x) {
+      return std::find(ops.begin(), ops.end(), x) != ops.end();
+    };
+    for (const Exact_Op& a : ops) {
+      EXPECT_TRUE(held(reduced(inverse(a)))) << symbol;
+      for (const Exact_Op& b : ops) EXPECT_TRUE(held(reduced(a * b))) << symbol;
+    }
   }
 }
 

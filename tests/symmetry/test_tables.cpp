@@ -1,5 +1,4 @@
-// The rotation tables as groups, the operator texts against their matrices, the row blocks of
-// the Hall search, a few hand-checked rows, and the look-up of generators.  The settings
+// The rotation tables as groups, and the operator symbols against their matrices.  The settings
 // themselves are swept in test_settings_sweep.cpp and judged by spglib in tests/oracle.
 #include <gtest/gtest.h>
 
@@ -10,60 +9,19 @@
 
 #include "support/text.hpp"
 #include "symmetry/tables.hpp"
+#include "test_support.hpp"
 
 namespace velmoria {
 namespace {
 
-Mat3i matmul(const Mat3i& a, const Mat3i& b) {
-  Mat3i c{};
-  for (int i = 0; i < 3; ++i)
-    for (int j = 0; j < 3; ++j)
-      for (int k = 0; k < 3; ++k) c[i][j] += a[i][k] * b[k][j];
-  return c;
-}
-
-Mat3i negated(Mat3i m) {
-  for (auto& row : m)
-    for (auto& v : row) v = -v;
-  return m;
-}
-
-// Reads "( Mx,-My, Mz)" or "(   -My, Mx-My, Mz)" back into a matrix.
-Mat3i read_magmat(std::string_view text) {
-  Mat3i m{};
-  int i = -1;
-  int sign = 1;
-  for (std::size_t p = 0; p < text.size(); ++p) {
-    if (text[p] == '(' || text[p] == ',') ++i, sign = 1;
-    if (text[p] == '-') sign = -1;
-    if (text[p] == 'M' && i >= 0 && i < 3) m[i][text[p + 1] - 'x'] = sign, sign = 1;
-  }
-  return m;
-}
-
-TEST(SpaceGroupTables, RowBlocksMatchTheNumbersOfRotations) {
-  const auto& t = spgr_info();
-  const std::array<std::array<int, 4>, 5> blocks{{{1, 14, 1, 2},
-                                                  {15, 162, 3, 15},
-                                                  {163, 426, 16, 88},
-                                                  {427, 494, 89, 142},
-                                                  {495, 502, 143, 148}}};
-  for (const auto& b : blocks) {
-    EXPECT_EQ(t[b[0] - 1].n, b[2]);
-    EXPECT_EQ(t[b[1] - 1].n, b[3]);
-    if (b[0] > 1) {
-      EXPECT_LT(t[b[0] - 2].n, b[2]);
-    }
-    EXPECT_GT(t[b[1]].n, b[3]);
-  }
-}
+using testing::mul;
 
 TEST(SpaceGroupTables, Mod6HoldsTheRotationGroupsOfCubeAndHexagon) {
   const auto check_group = [](int first, int last) {
     std::set<Mat3i> set(mod6.begin() + first - 1, mod6.begin() + last);
     EXPECT_EQ(static_cast<int>(set.size()), last - first + 1);
     for (const auto& a : set)
-      for (const auto& b : set) EXPECT_TRUE(set.count(matmul(a, b))) << first;
+      for (const auto& b : set) EXPECT_TRUE(set.count(mul(a, b))) << first;
   };
   check_group(1, 24);
   check_group(25, 36);
@@ -73,20 +31,7 @@ TEST(SpaceGroupTables, Mod6HoldsTheRotationGroupsOfCubeAndHexagon) {
     Mat3i rt{};
     for (int i = 0; i < 3; ++i)
       for (int j = 0; j < 3; ++j) rt[i][j] = mod6[k][j][i];
-    EXPECT_EQ(matmul(matmul(rt, g), mod6[k]), g) << k + 1;
-  }
-}
-
-TEST(SpaceGroupTables, MagmatTextsAreTheRotationsActingOnTheMoment) {
-  for (int r = 0; r < 48; ++r) {
-    const Mat3i& base = mod6[r % 24];
-    EXPECT_EQ(read_magmat(magmat[r][0]), r < 24 ? base : negated(base)) << r + 1;
-    if (r < 24) {
-      const Mat3i& hex = mod6[24 + r % 12];
-      EXPECT_EQ(read_magmat(magmat[r][1]), r < 12 ? hex : negated(hex)) << r + 1;
-    } else {
-      EXPECT_EQ(trim(magmat[r][1]), "");
-    }
+    EXPECT_EQ(mul(mul(rt, g), mod6[k]), g) << k + 1;
   }
 }
 
