@@ -11,8 +11,9 @@ boundaries included.  For each setting the box is chosen as follows:
 1. The rows whose boxes were entered by hand (GIVEN below) keep them.
 2. Every other setting first tries the box of the reference setting of its number (the row that
    the number alone selects) carried over by a permutation of the axes with signs; the first of
-   these that covers the cell with the smallest volume is kept when its volume is no more than
-   four times 1/(general multiplicity).
+   these that covers the cell with the smallest volume is kept when its volume times the general
+   multiplicity is no more than that of the reference box (so that a centred cell does not keep
+   the box of its primitive companion) and no more than four.
 3. Otherwise the box is searched among bounds in multiples of 1/8 and 1/6 of the cell edge: the
    covering box of smallest volume, on a tie the one with most bounds on eighths, then most lower
    bounds at 0.
@@ -142,13 +143,15 @@ def covers_all(grids, box):
 
 
 def derive(rots, trs, reference, limit, candidates):
+    """reference: the reference box and its volume times its general multiplicity, or None."""
     grids = [Coverage(rots, trs, n) for n in (12, 24, 48)]
     if reference is not None:
-        tried = [carried_over(reference, p, s) for p, s in signed_permutations()]
+        box, weight = reference
+        tried = [carried_over(box, p, s) for p, s in signed_permutations()]
         good = [b for b in tried if covers_all(grids, b)]
         if good:
             best = min(good, key=volume)
-            if volume(best) <= limit:
+            if volume(best) <= limit and volume(best) * len(rots) <= weight:
                 return best
     boxes, vols = candidates
     start = int(np.searchsorted(vols, 24 ** 3 // len(rots)))
@@ -174,15 +177,18 @@ def main():
             reference_row.setdefault(r[0], k)
     order = sorted(range(len(rows)), key=lambda k: (reference_row[rows[k][0]] != k, k))
     derived = {}
+    weight = {}
     for k in order:
         n, hm, hall, laue, pg, asu, tag = rows[k]
+        rots, trs = operators(program, hall)
         if (hm, tag) in GIVEN:
             derived[k] = [int(v) for v in asu.split()]
-            continue
-        rots, trs = operators(program, hall)
-        ref = None if reference_row[n] == k else derived[reference_row[n]]
-        limit = 4 * 24 ** 3 // len(rots)
-        derived[k] = derive(rots, trs, ref, limit, boxes)
+        else:
+            r = reference_row[n]
+            ref = None if r == k else (derived[r], weight[r])
+            limit = 4 * 24 ** 3 // len(rots)
+            derived[k] = derive(rots, trs, ref, limit, boxes)
+        weight[k] = volume(derived[k]) * len(rots)
     out = [lines[0]]
     for k, r in enumerate(rows):
         r[5] = " ".join(str(v) for v in derived[k])
