@@ -123,8 +123,9 @@ std::vector<std::string> generators_of(const Space_Group_Type& h) {
 
 // Every row of the generator table, and the generators of the group of every tabulated Hall
 // symbol, given to the generator road: the group is named, with the number of its row, by a
-// row whose group (set up from that row's Hall symbol) has the same operators.  Rows with
-// another Hall symbol may name it only when their operators are the same.
+// row whose group (set up from that row's Hall symbol) has the same operators.  Rows that share
+// a group share their Hall symbol too (P 1 2 1 and P 2, P m -3 and P m 3), so each setting is
+// named by its own Hall symbol.
 TEST(HallFromGenerators, EveryGeneratorRowAndSetting) {
   const auto expect_named = [](const Named& n, int number, const std::set<Op_Key>& ops,
                                const std::string& label) {
@@ -147,6 +148,7 @@ TEST(HallFromGenerators, EveryGeneratorRowAndSetting) {
     const Space_Group_Type h = group_of(trim(row.hall), "HAL");
     const Named n = from_generators(generators_of(h));
     expect_named(n, row.n, operator_set(h), hm);
+    EXPECT_EQ(n.g.hall, trim(row.hall)) << hm;
   }
 }
 
