@@ -1,7 +1,8 @@
 // The Hall symbol of a group given by its operators: the rotations are recognised among the
 // fixed matrices of Hall's notation, their translations (twelfths of a cell edge) written with
 // the letters and screw digits, the generators chosen and ordered as in the table's symbols, and
-// the symbol looked up in the table of settings.
+// the group named from the table of settings: by the row of the symbol when that row holds the
+// same operators, by the operators themselves otherwise.
 #include "symmetry/hall_from_generators.hpp"
 
 #include <algorithm>
@@ -14,6 +15,7 @@
 #include "symmetry/closure.hpp"
 #include "symmetry/exact_operator.hpp"
 #include "symmetry/group_class.hpp"
+#include "symmetry/group_lookup.hpp"
 #include "symmetry/hall_symbols.hpp"
 #include "symmetry/tables.hpp"
 
@@ -307,7 +309,12 @@ void get_hallsymb_from_gener(Space_Group_Type& spacegroup, std::string* hall_tex
   order_generators(gens);
   hall = write_symbol(hall, gens);
 
-  const int row = find_setting(hall, spacegroup.num_ops);
+  // The row of the written symbol stands only when its group is the group of the operators;
+  // otherwise, and when the symbol is in no row, the operators themselves find the setting.
+  const Group_Key key = group_key(spacegroup);
+  int row = find_setting(hall, spacegroup.num_ops);
+  if (row > 0 && setting_key(row) != key) row = 0;
+  if (row == 0) row = setting_of_key(key);
   if (row > 0) {
     fill_table_fields(spacegroup, row);
     spacegroup.setting = "Tabulated Setting";

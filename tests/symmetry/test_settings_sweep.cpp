@@ -3,12 +3,16 @@
 // (an independent table below), the lattice points of its letter and the Laue class of its
 // point group; its Hermann-Mauguin symbol must give the same group (or, with a colon, go by
 // the Hall symbol of the row); the listing shows every operator and every orbit.  Each number
-// gives the group of its tabulated generators.
+// gives the group of its tabulated generators.  Every asymmetric-unit box holds an asymmetric
+// unit.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
 #include <map>
 #include <set>
 #include <string>
+#include <vector>
 
 #include "support/text.hpp"
 #include "symmetry/listing.hpp"
@@ -128,6 +132,48 @@ TEST(SettingsSweep, EveryNumberAndItsTabulatedGenerators) {
     expect_closed_group(itc, "ITC " + label);
     const std::string symbol = trim(std::string(spg_gen()[n - 1].substr(0, 10)));
     EXPECT_EQ(operator_set(itc), operator_set(group_of(symbol))) << label << " " << symbol;
+  }
+}
+
+// The asymmetric-unit box of every setting: every point of a grid of 1/48 of the cell has an
+// image under the group inside the box, boundaries included (marked here from the images of the
+// grid points of the box); outside the cubic groups and the rhombohedral axes, where no box
+// comes close, its volume is at most four times 1/(general multiplicity).
+TEST(SettingsSweep, AsymmetricUnitBoxes) {
+  constexpr int n = 48;
+  constexpr int per_24th = n / 24;
+  const auto cell = [](int v) { return ((v % n) + n) % n; };
+  for (const Spgr_Info_Type& row : spgr_info()) {
+    const std::string label = std::to_string(row.n) + " " + trim(row.hm);
+    const Space_Group_Type h = group_of(trim(row.hall), "HAL");
+    const std::array<int, 6>& box = row.asu;
+    // Each operator as integers: the rotation, then the translation in 1/n.
+    std::vector<std::array<int, 12>> ops;
+    for (const Sym_Oper_Type& op : h.symop) {
+      std::array<int, 12>& o = ops.emplace_back();
+      for (int i = 0; i < 3; ++i) {
+        for (int j = 0; j < 3; ++j) o[3 * i + j] = op.rot[i][j];
+        o[9 + i] = static_cast<int>(std::lround(op.tr[i] * n));
+      }
+    }
+    std::vector<char> covered(n * n * n, 0);
+    for (int x = per_24th * box[0]; x <= per_24th * box[3]; ++x) {
+      for (int y = per_24th * box[1]; y <= per_24th * box[4]; ++y) {
+        for (int z = per_24th * box[2]; z <= per_24th * box[5]; ++z) {
+          for (const auto& o : ops) {
+            const int qx = cell(o[0] * x + o[1] * y + o[2] * z + o[9]);
+            const int qy = cell(o[3] * x + o[4] * y + o[5] * z + o[10]);
+            const int qz = cell(o[6] * x + o[7] * y + o[8] * z + o[11]);
+            covered[(qx * n + qy) * n + qz] = 1;
+          }
+        }
+      }
+    }
+    EXPECT_EQ(std::count(covered.begin(), covered.end(), 0), 0) << label;
+    const int volume = (box[3] - box[0]) * (box[4] - box[1]) * (box[5] - box[2]);
+    if (row.n < 195 && trim(row.inf_extra) != "R") {
+      EXPECT_LE(volume * h.multip, 4 * 24 * 24 * 24) << label;
+    }
   }
 }
 
