@@ -104,9 +104,13 @@ Sym_Oper_Type to_symop(const Exact_Op& op) {
   return {op.rot, to_real(op.tr)};
 }
 
-Exact_Op to_exact(const Sym_Oper_Type& op) {
+Vec3i in_24ths(const Vec3& t) {
   constexpr auto den = static_cast<float>(op_den);
-  return {op.rot, {nint(den * op.tr[0]), nint(den * op.tr[1]), nint(den * op.tr[2])}};
+  return {nint(den * t[0]), nint(den * t[1]), nint(den * t[2])};
+}
+
+Exact_Op to_exact(const Sym_Oper_Type& op) {
+  return {op.rot, in_24ths(op.tr)};
 }
 
 }  // namespace velmoria

@@ -48,6 +48,8 @@ Vec3i twelfths_of(const Vec3& t);
 // The translation in fractions of the cell edges.
 Vec3 to_real(const Vec3i& t);
 Sym_Oper_Type to_symop(const Exact_Op& op);
+// The nearest multiples of 1/24, in 24ths.
+Vec3i in_24ths(const Vec3& t);
 // The operator with its translation rounded to the nearest 24th.
 Exact_Op to_exact(const Sym_Oper_Type& op);
 

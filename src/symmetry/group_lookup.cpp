@@ -41,26 +41,15 @@ Group_Key sorted_key(std::vector<std::uint32_t> codes) {
   return codes;
 }
 
-// The translation of a real operator in 24ths.
-Vec3i in_24ths(const Vec3& t) {
-  constexpr auto den = static_cast<float>(op_den);
-  return {nint(den * t[0]), nint(den * t[1]), nint(den * t[2])};
-}
-
 // The whole group of a Hall symbol modulo the cell: the reduced set, its products with the
 // inversion when the group is centric, and all of these moved by the centring vectors.
 Group_Key key_of_hall(std::string_view hall) {
-  int isystem = 0;
-  int icentre = 1;
-  int ibravl = 1;
-  int ng = 0;
-  int num_g = 0;
-  std::vector<Mat3i> ss(max_setup_ops);
-  std::vector<Vec3> ts(max_setup_ops);
-  std::string latsy;
-  Vec3 co{};
-  get_so_from_hall(isystem, icentre, ibravl, ng, ss, ts, latsy, co, num_g, hall);
-  ng = std::clamp(ng, 0, static_cast<int>(std::min(ss.size(), ts.size())));
+  const Group_Operators r = get_so_from_hall(hall);
+  const int ng = std::clamp(r.ng, 0, static_cast<int>(std::min(r.ss.size(), r.ts.size())));
+  const std::vector<Mat3i>& ss = r.ss;
+  const std::vector<Vec3>& ts = r.ts;
+  const int icentre = r.icentre;
+  const Vec3& co = r.co;
   std::vector<Exact_Op> ops;
   for (int i = 0; i < ng; ++i) ops.push_back({ss[i], in_24ths(ts[i])});
   if (icentre != 1) {
