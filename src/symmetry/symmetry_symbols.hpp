@@ -1,4 +1,4 @@
-// Geometric description of a symmetry operator in the manner of the International Tables:
+// Geometric description of a symmetry operator in the crystallographers' conventional form:
 // kind and order of the element, sense of rotation, screw or glide part and the location
 // (point, line or plane), e.g. "m x,y,0", "2 (0,1/2,0) 0,y,0", "-3+ x,x,x; 0,0,0".
 //

@@ -34,7 +34,7 @@ constexpr std::size_t genstr_len = 109;  // columns 12 to 120 of a generator row
 
 // One tabulated setting.
 struct Spgr_Info_Type {
-  int n;                       // International Tables number, 1 to 230
+  int n;                       // space-group number, 1 to 230
   std::string_view hm;         // Hermann-Mauguin symbol, capitals, 12
   std::string_view hall;       // Hall symbol, 16
   int laue;                    // index into laue_class, 1 to 14
