@@ -6,7 +6,9 @@
 #include <cmath>
 #include <cstddef>
 #include <optional>
+#include <unordered_map>
 
+#include "support/bit_key.hpp"
 #include "support/fractions.hpp"
 #include "support/layout.hpp"
 #include "support/text.hpp"
@@ -26,7 +28,6 @@ constexpr std::size_t symcod_width = 30;  // Kovalev symbol of an operator
 constexpr std::size_t seitz_width = 15;   // Seitz symbol
 constexpr std::size_t itsym_width = 40;   // international symbol
 constexpr std::size_t elerep_width = 20;  // one element of the numeric listing
-constexpr int table_column = 26;          // columns of one operator in the head of the table
 
 std::string no_blanks(std::string_view s) {
   std::string r;
@@ -131,35 +132,78 @@ Operator_Names name_operator(const lorsk_proc& store, int g, std::string& symb) 
 }
 
 // One row of a matrix in the numeric listing: 20 blanks, then a blank, the element and a
-// blank for each column; the layout starts again on the next line for long rows.
+// blank for each column, as the layout a,18a writes them: 19 texts a line, the layout starting
+// again on the next line for long rows.  Joined here directly, as the rows of a large supplied
+// representation are many.
 void write_listing_row(std::string& unit, const std::vector<std::string>& elerep) {
-  Items items;
-  add_item(items, std::string(20, ' '));
+  constexpr std::size_t per_line = 19;
+  std::size_t placed = 1;
+  unit.append(20, ' ');
   for (const std::string& e : elerep) {
-    add_item(items, " ");
-    add_item(items, trim(e));
-    add_item(items, " ");
+    const std::string_view pieces[3] = {" ", e, " "};
+    for (std::string_view piece : pieces) {
+      if (placed == per_line) {
+        unit += '\n';
+        placed = 0;
+      }
+      unit += piece;
+      ++placed;
+    }
   }
-  unit += format_layout("a,18a", items);
+  unit += '\n';
 }
+
+// An element in the listing, with the parts it was made of: the same modulus and phase come
+// back again and again in the matrices of a group, above all in a large supplied block, so
+// each pair is worked out once.
+struct Listed_Element {
+  float re = 0.0f, im = 0.0f;
+  std::string text;  // element_text cut to its field, trailing blanks removed
+};
+
+class Element_Memo {
+ public:
+  const Listed_Element& get(float m, float theta) {
+    const Bit_Key<2> key{key_bits(m), key_bits(theta)};
+    if (last_ != nullptr && key == last_key_) return *last_;
+    auto it = known_.find(key);
+    if (it == known_.end()) {
+      if (known_.size() >= max_known) known_.clear();
+      const float arg = two_pi * theta;
+      Listed_Element el{m * std::cos(arg), m * std::sin(arg), {}};
+      el.text = trim(fixed(element_text(el.re, el.im), elerep_width));
+      it = known_.emplace(key, std::move(el)).first;
+    }
+    last_key_ = key;
+    last_ = &it->second;
+    return *last_;
+  }
+
+ private:
+  static constexpr std::size_t max_known = 4096;
+  std::unordered_map<Bit_Key<2>, Listed_Element, Bit_Key_Hash> known_;
+  Bit_Key<2> last_key_{};
+  const Listed_Element* last_ = nullptr;
+};
 
 // Corrects the phases of all matrices of operator g, registers their phases and, with long
 // output, lists them.
 void correct_operator(std::string& unit, lorsk_proc& store, int g, bool long_output,
-                      Phase_Labels& labels) {
+                      Phase_Labels& labels, Element_Memo& memo) {
   const float ph = store.ph[g - 1];
+  std::vector<std::string> elerep;
   for (int nu = 1; nu <= store.nreps; ++nu) {
     if (long_output)
       put(unit, "a,i2,a", "    Matrix of IRrep(", nu, "):  " + trim(store.iso_names[nu - 1]));
     const int d = dim_of(store, nu);
     for (int a = 1; a <= d; ++a) {
-      std::vector<std::string> elerep(static_cast<std::size_t>(d));
+      elerep.resize(static_cast<std::size_t>(d));
       for (int b = 1; b <= d; ++b) {
         float& r = store.repi(a, b, nu, g);
         r = corrected_phase(r, ph);
-        const Element el = element_of(store, a, b, nu, g);
-        if (std::fabs(el.im) > phase_tol) register_phase(labels, el.theta);
-        if (long_output) elerep[b - 1] = fixed(element_text(el.re, el.im), elerep_width);
+        const Listed_Element& el = memo.get(store.repr(a, b, nu, g), r);
+        if (std::fabs(el.im) > phase_tol) register_phase(labels, r);
+        if (long_output) elerep[b - 1] = el.text;
       }
       if (long_output) write_listing_row(unit, elerep);
     }
@@ -170,7 +214,7 @@ void correct_operator(std::string& unit, lorsk_proc& store, int g, bool long_out
 // long output, the listing of the matrices.
 void correct_operators(std::string& unit, lorsk_proc& store, const Vec3& vk, bool long_output,
                        std::vector<std::string>& symm_symb, std::vector<Operator_Names>& names,
-                       Phase_Labels& labels) {
+                       Phase_Labels& labels, Element_Memo& memo) {
   for (int g = 1; g <= store.ngk; ++g) {
     const Vec3 tr = reduce_translation(store.t[g - 1]);
     store.ph[g - 1] = vk[0] * tr[0] + vk[1] * tr[1] + vk[2] * tr[2];
@@ -181,7 +225,7 @@ void correct_operators(std::string& unit, lorsk_proc& store, const Vec3& vk, boo
           nm.symcod + "  Int. symbol: ", trim(nm.itsym));
       put(unit, "a,f8.4", "    Phase factor for correcting input data:", store.ph[g - 1]);
     }
-    correct_operator(unit, store, g, long_output, labels);
+    correct_operator(unit, store, g, long_output, labels, memo);
   }
 }
 
@@ -429,7 +473,8 @@ void write_irreps(std::string& unit, lorsk_proc& store, const Vec3& vk, bool lon
   }
   std::vector<Operator_Names> names(static_cast<std::size_t>(ngk));
   Phase_Labels labels;
-  correct_operators(unit, store, vk, long_output, symm_symb, names, labels);
+  Element_Memo memo;
+  correct_operators(unit, store, vk, long_output, symm_symb, names, labels, memo);
   write_symbolic_table(unit, store, vk, long_output, names, labels);
   finish_store(store, idet);
 }

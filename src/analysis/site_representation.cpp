@@ -53,7 +53,9 @@ void write_atom_group(const Site_Context& cx, const Site_Representation& rep,
     put(out, "a,i13,3i16", std::string(11, ' '), moved);
   }
   if (cx.bz) {
-    Items items = make_items("       Phase:          ", cphase[first - 1]);
+    // A site without atoms (an ATOM line before KVEC) still has its record, with a blank sign.
+    const char first_sign = first <= static_cast<int>(cphase.size()) ? cphase[first - 1] : ' ';
+    Items items = make_items("       Phase:          ", first_sign);
     for (int i = first + 1; i <= last; ++i) {
       add_item(items, std::string(15, ' '));
       add_item(items, cphase[i - 1]);

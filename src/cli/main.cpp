@@ -2,11 +2,15 @@
 // it and writes <code>.vmr and <code>.tw beside it.
 #include <cerrno>
 #include <cstdlib>
+#include <cstring>
 #include <exception>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <optional>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "cli/queries.hpp"
@@ -66,9 +70,39 @@ bool read_file(const std::string& name, std::string& text) {
   return !f.bad();
 }
 
-void write_file(const std::string& name, const std::string& text) {
-  std::ofstream f(name, std::ios::binary | std::ios::trunc);
-  f << text;
+// Writes the file whole or not at all: the text goes to a temporary file beside it, which is
+// renamed into place once it is complete, so that a failed write leaves the earlier file as
+// it was.  On failure the reason, and nothing is left behind.
+std::optional<std::string> write_file(const std::string& name, const std::string& text) {
+  namespace fs = std::filesystem;
+  const std::string temporary = name + ".part";
+  {
+    std::ofstream f(temporary, std::ios::binary | std::ios::trunc);
+    if (!f) return "cannot be created (" + std::string(std::strerror(errno)) + ")";
+    f << text;
+    f.close();
+    if (!f) {
+      std::error_code ignored;
+      fs::remove(temporary, ignored);
+      return std::string("could not be written in full");
+    }
+  }
+  std::error_code ec;
+  fs::rename(temporary, name, ec);
+  if (ec) {
+    std::error_code ignored;
+    fs::remove(temporary, ignored);
+    return "cannot replace the file of that name (" + ec.message() + ")";
+  }
+  return std::nullopt;
+}
+
+// The console text of a run without its closing " => Normal End" record.
+std::string without_normal_end(std::string console) {
+  const std::string end = " => Normal End";
+  const std::size_t at = console.rfind(end);
+  if (at != std::string::npos && (at == 0 || console[at - 1] == '\n')) console.resize(at);
+  return console;
 }
 
 int run_code(const std::string& argument, bool have_argument) {
@@ -127,10 +161,21 @@ int run_code(const std::string& argument, bool have_argument) {
   std::cout << console << std::flush;
 
   const Run_Output output = run_velmoria(input);
-  write_file(code + ".vmr", output.result);
-  write_file(code + ".tw", output.block);
-  std::cout << output.console;
-  return 0;
+  std::string failures;
+  for (const auto& [name, text] :
+       {std::pair{code + ".vmr", &output.result}, std::pair{code + ".tw", &output.block}}) {
+    if (const auto why = write_file(name, *text)) {
+      put(failures, "a", " => Error! The output file " + name + " " + *why);
+    }
+  }
+  if (failures.empty()) {
+    std::cout << output.console;
+    return 0;
+  }
+  // An output that is lost is not a normal end: the run's messages, then what was lost.
+  std::cout << without_normal_end(output.console) << failures << std::flush;
+  std::cerr << "velmoria: the results of " << code << " could not be written\n";
+  return 1;
 }
 
 }  // namespace

@@ -54,6 +54,10 @@ int query_irreps(std::vector<std::string> args, std::ostream& out, std::ostream&
       return 1;
     }
   }
+  if (!within_user_range(vk)) {
+    err << "velmoria: a component of k lies beyond +/-1000000\n";
+    return 1;
+  }
   vk = snap_to_fractions(vk);
   // The label as a KVEC line gives it: its last two characters, "H" becoming " H".
   std::string label = "  ";

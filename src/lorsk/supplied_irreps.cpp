@@ -116,7 +116,7 @@ std::optional<Block_Error> read_head(lorsk_proc& store, const std::string& line,
   }
   int max_dim = 0;
   for (int d : idim) {
-    if (d == 0 || std::abs(d) > max_store_dim) {
+    if (d == 0 || d < -max_store_dim || d > max_store_dim) {  // no abs() of the least int
       return Block_Error{
           " => Error! Dimensions of supplied representations must be 1 to 48: " + trim(line),
           false};

@@ -31,6 +31,15 @@ std::string from_column(const std::string& line, std::size_t col) {
   return line.size() >= col ? line.substr(col - 1) : std::string();
 }
 
+// The range of the numbers a user may give, as the messages name it.
+std::string user_range_text() {
+  return "+/-" + trim(adjustl(sput("i10", static_cast<int>(max_user_magnitude))));
+}
+
+std::string coordinate_error(const std::string& line) {
+  return " => Error! A coordinate is not a number within " + user_range_text() + ": " + trim(line);
+}
+
 void write_head(Units& out) {
   put_items(out.result, " ");
   put(out.result, "a", "");
@@ -114,6 +123,10 @@ void Reader::kvec(const std::string& line) {
     stop_with(rs,
               " => Error reading the three components of the propagation vector in: " + trim(line));
   }
+  if (!within_user_range(vk)) {
+    stop_with(rs, " => Error! A component of the propagation vector is not a number within " +
+                      user_range_text() + ": " + trim(line));
+  }
   vk = snap_to_fractions(vk);
   sv.vk = vk;
   const std::string t = trim(line);
@@ -159,6 +172,7 @@ void Reader::atom(const std::string& line) {
   int iv = 0;
   getnum(adline, vet, ivet, iv);
   Vec3 xt{vet[0], vet[1], vet[2]};
+  if (!within_user_range(xt)) stop_with(rs, coordinate_error(line));
   if (prim == 0) xt = modulo_lat(xt);
 
   std::vector<Vec3> xeqv;
@@ -187,7 +201,7 @@ void Reader::atom(const std::string& line) {
   // The sub-orbit number replaces the last character of the code; from 10 on it takes two
   // columns, cutting the code where the five columns of a site code demand.
   std::string stem = trim(atcod);
-  stem.pop_back();
+  if (!stem.empty()) stem.pop_back();  // an ATOM line may give no code at all
   for (int s = 2; s <= norb; ++s) {
     ns = new_site(atcod);
     if (ns == 0) break;
@@ -225,6 +239,7 @@ void Reader::subl(std::size_t index) {
       site.mult = n;
       return;
     }
+    if (!within_user_range(x)) stop_with(rs, coordinate_error(lines[at]));
     site.x[j - 1] = x;
     site.atom[j - 1] = fixed(sput(j < 10 ? "a,i1" : "a,i2", atcod + "_", j), 8);
   }
@@ -383,9 +398,8 @@ void read_sym(Run_State& rs, const std::vector<std::string>& raw_lines) {
   if (reader.gk_given) reader.read_supplied_block();
   reader.second_pass();
   if (!rs.sv.gen_read && !rs.sv.spgr_read) {
-    put(rs.out.result, "a",
-        " => No information on space group is given, please provide SPGR/GEN before KVEC !");
-    throw Quiet_Stop{};
+    stop_with(rs,
+              " => No information on space group is given, please provide SPGR/GEN before KVEC !");
   }
   if (reader.gk_given) reader.finish_supplied_mode();
   if (rs.sv.atom_read) reader.atoms_section();

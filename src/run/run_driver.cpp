@@ -107,8 +107,8 @@ void write_site_text(Run_State& rs, int ns) {
   }
 }
 
-// Every run starts from the library's initial state, whatever ran before it in this thread:
-// tolerances, error pairs, the lattice globals and the axes of the last group set up.
+}  // namespace
+
 void reset_library_state() {
   set_epsg_default();
   set_epsg_dp(1.0e-12);
@@ -125,6 +125,8 @@ void reset_library_state() {
   nlat = 0;
   ltr = {};
 }
+
+namespace {
 
 void run_steps(Run_State& rs, const Run_Input& input) {
   write_block_head(rs.out.block);

@@ -27,6 +27,10 @@ struct Run_Output {
 
 Run_Output run_velmoria(const Run_Input& input);
 
+// Puts the library back in the state a run starts from, whatever ran before in this thread:
+// tolerances, error pairs, the lattice globals and the axes of the last group set up.
+void reset_library_state();
+
 // Runs the steps of a run on rs: a quiet stop ends them where its message was written, and an
 // internal error (a malformed layout, more items than a layout can take, no memory) ends them
 // with a message on the console and in the result file.  Nothing is thrown past it.

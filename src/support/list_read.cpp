@@ -184,8 +184,18 @@ bool read_list_targets(std::string_view line, const ReadTargets& targets) {
     Token tk;
     if (!sc.value(tk)) return false;
     sc.skip_separator();
+    // A repeated value is converted once per kind of item: the items behind the first of a
+    // kind take a copy of its value.
+    std::size_t first = targets.size();
     for (; r > 0 && k < targets.size(); --r, ++k) {
-      if (!tk.null && !std::visit(Assign{tk}, targets[k])) return false;
+      if (tk.null) continue;
+      if (first < targets.size() && targets[first].index() == targets[k].index()) {
+        std::visit([&](auto* from) { *std::get<decltype(from)>(targets[k]) = *from; },
+                   targets[first]);
+        continue;
+      }
+      if (!std::visit(Assign{tk}, targets[k])) return false;
+      first = k;
     }
   }
   return true;

@@ -35,6 +35,18 @@ double ep_ss_val();
 // reports an error and goes on.
 std::optional<std::string> take_err_mathgen();
 
+// Largest magnitude taken from the user for a component of k or a coordinate: far beyond any
+// cell of a crystal, and small enough that the integer arithmetic of the group work on such a
+// number never leaves the range of an int.
+constexpr float max_user_magnitude = 1.0e6f;
+// A number from the user that is finite and within max_user_magnitude.
+inline bool within_user_range(float v) {
+  return v >= -max_user_magnitude && v <= max_user_magnitude;  // false for NaN as well
+}
+inline bool within_user_range(const Vec3& v) {
+  return within_user_range(v[0]) && within_user_range(v[1]) && within_user_range(v[2]);
+}
+
 // Nearest integer, halves away from zero.
 int nint(float x);
 int nint(double x);

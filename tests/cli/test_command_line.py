@@ -68,6 +68,24 @@ def main():
               "full name: normal end")
         check("old results" not in lines(os.path.join(d, "mnf2.vmr")), "full name: result replaced")
 
+        # Output files written whole or not at all: a file that cannot be written is named on
+        # the console, the status is not 0, and the earlier file of that name stays as it was.
+        os.mkdir(os.path.join(d, "mnf2.vmr.part"))
+        with open(os.path.join(d, "mnf2.vmr"), "w") as f:
+            f.write("old results\n")
+        r = run(binary, ["mnf2.data.txt"], d)
+        check(r.returncode != 0, "unwritable result: status not 0")
+        check(" => Error! The output file mnf2.vmr cannot be created (Is a directory)" in r.stdout
+              and "Normal End" not in r.stdout, "unwritable result: named on the console")
+        check(lines(os.path.join(d, "mnf2.vmr")) == ["old results"], "unwritable result: old file kept")
+        os.mkdir(os.path.join(d, "folder.vmr"))
+        with open(os.path.join(d, "folder.vrn"), "w") as f:
+            f.write("SPGR  P 1\nKVEC 0 0 0 GM\n")
+        r = run(binary, ["folder"], d)
+        check(r.returncode != 0 and "The output file folder.vmr cannot replace" in r.stdout
+              and not os.path.exists(os.path.join(d, "folder.vmr.part")),
+              "a folder of the result's name: named, nothing left behind")
+
         # Options.
         r = run(binary, ["--help"], d)
         check(r.returncode == 0 and "--group" in r.stdout and "Usage" in r.stdout, "--help")

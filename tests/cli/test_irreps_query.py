@@ -65,6 +65,9 @@ def main():
         check(r.returncode == 1 and r.stderr.strip() != "" and r.stdout == "", "--irreps 231")
         r = run(binary, ["--irreps", "221", "0", "x", "0"], d)
         check(r.returncode == 1 and "not a number" in r.stderr, "--irreps with a bad component")
+        for k in ("2147483648", "-1e7", "1/1e-30"):
+            r = run(binary, ["--irreps", "227", k, "0", "0"], d)
+            check(r.returncode == 1 and "beyond +/-1000000" in r.stderr, "--irreps with k " + k)
         r = run(binary, ["--irreps", "221", "0", "1/0", "0"], d)
         check(r.returncode == 1, "--irreps with a zero denominator")
         r = run(binary, ["--irreps", "221", "0"], d)

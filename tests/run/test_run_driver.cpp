@@ -67,6 +67,8 @@ TEST(RunDriver, TheTwoHundredAndFiftyFirstSiteIsRefused) {
 }
 
 TEST(RunDriver, UnreadableNumbersEndTheRunWithAMessage) {
+  const std::string no_group =
+      " => No information on space group is given, please provide SPGR/GEN before KVEC !";
   struct Case {
     std::string text, message;
   };
@@ -86,6 +88,21 @@ TEST(RunDriver, UnreadableNumbersEndTheRunWithAMessage) {
        "LITTLE_GROUP 49 2 1 1"},
       {"SPGR P 1\nLITTLE_GROUP 2 2 1 49\nKVEC 0 0 0 GM\n",
        " => Error! Dimensions of supplied representations must be 1 to 48: LITTLE_GROUP 2 2 1 49"},
+      // Numbers past the range of the group work, which would overflow its integers.
+      {"SPGR P m -3 m\nKVEC 2147483648 0 0 X\n",
+       " => Error! A component of the propagation vector is not a number within +/-1000000: "
+       "KVEC 2147483648 0 0 X"},
+      {"SPGR P 1\nKVEC 0 0 0 GM\nATOM Fe FE 0 1.5e6 0\n",
+       " => Error! A coordinate is not a number within +/-1000000: ATOM Fe FE 0 1.5e6 0"},
+      {"SPGR P 1\nKVEC 0 0 0 GM\nSUBL Fe 1\nxyz 0 -2e6 0\n",
+       " => Error! A coordinate is not a number within +/-1000000: xyz 0 -2e6 0"},
+      // No group: the reason on the console too, for an empty file and for binary junk.
+      {"TITLE only a title\nVMODE AXI\n", no_group},
+      {"", no_group},
+      {std::string("\x7f"
+                   "ELF\x02\x01\0\0\xff\xfe",
+                   10),
+       no_group},
   };
   for (const Case& c : cases) {
     const Run_Output out = run_text(c.text);
