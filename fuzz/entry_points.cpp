@@ -100,26 +100,17 @@ std::string run_control_file(std::string_view input) {
 
 std::string hall_symbol(std::string_view input) {
   return guarded([&]() -> std::string {
-    int isystem = 0, icentre = 0, ibravl = 0, ng = 0, num_g = 0;
-    std::vector<Mat3i> ss;
-    std::vector<Vec3> ts;
-    std::string latsy;
-    Vec3 co{};
-    get_so_from_hall(isystem, icentre, ibravl, ng, ss, ts, latsy, co, num_g, input);
+    const Group_Operators r = get_so_from_hall(input);
     if (err_symm) return {};  // a blank message is allowed here for faults of the text
-    return check_reduced_set(ng, ss, ts, 24);
+    return check_reduced_set(r.ng, r.ss, r.ts, 24);
   });
 }
 
 std::string hm_symbol(std::string_view input) {
   return guarded([&]() -> std::string {
-    int isystem = 0, icentre = 0, ibravl = 0, ng = 0;
-    std::vector<Mat3i> ss;
-    std::vector<Vec3> ts;
-    std::string latsy;
-    get_so_from_hms(isystem, &icentre, ibravl, ng, ss, ts, latsy, input);
+    const Group_Operators r = get_so_from_hms(input);
     if (err_symm) return error_without_message();
-    return check_reduced_set(ng, ss, ts, 24);
+    return check_reduced_set(r.ng, r.ss, r.ts, 24);
   });
 }
 

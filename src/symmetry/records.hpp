@@ -22,6 +22,7 @@ struct Sym_Oper_Type {
 constexpr int max_orbits = 26;           // special orbits of a group
 constexpr int max_orbit_positions = 48;  // positions of one orbit
 constexpr int max_lattice_points = 192;  // lattice points per cell
+constexpr int max_multiplicity = 192;    // operators of a group in its cell (F m -3 m has 192)
 
 struct Wyckoff_Site_Type {
   int multp = 0;

@@ -540,6 +540,15 @@ void setup_roads::finish_spacegroup(Space_Group_Type& spacegroup, const Group_Op
   spacegroup.hexa_axes = hexagonal_form(rr);
   hexa = spacegroup.hexa_axes;
   const bool fixed_list = road == Road::fix;
+  // Generators with translations that are no fractions of a crystal's cell can close into a
+  // dense set of centring vectors; no space group has more operators in its cell than F m -3 m.
+  const int lattice_points = std::max(1, spacegroup.num_lat);
+  const int multip = fixed_list ? rr.ng : (rr.icentre == 1 ? 1 : 2) * rr.ng * lattice_points;
+  if (multip > max_multiplicity) {
+    fail(" The operators make a group of " + std::to_string(multip) +
+         " operators in the cell: a space group has at most " + std::to_string(max_multiplicity));
+    return;
+  }
   expand_operators(spacegroup, rr, fixed_list);
   if (k < 0) {
     get_laue_pg(spacegroup, spacegroup.laue, spacegroup.pg);
