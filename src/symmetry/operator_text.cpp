@@ -102,16 +102,20 @@ void read_operator(std::string_view info, int istart, Mat3i& rot, Vec3* tr, bool
     }
     // A field closed by "," or "*" moves on; one that ran to the end is read again.
     p = (j <= n) ? j + 1 : field_start;
-    if (tr != nullptr) (*tr)[i] = t * static_cast<float>(const_sign);
-  }
-  // The integer arithmetic on operators (translations in twelfths or 24ths of a cell) must
-  // not meet a translation out of all measure; such a translation is refused and not kept,
-  // for a caller may go on with the operator before it looks at the error.
-  if (tr != nullptr && !within_user_range(*tr)) {
-    set_err_symm(" The translation of the operator is not a number within +/-1000000: " +
-                 trim(info));
-    *tr = Vec3{};
-    return;
+    if (tr != nullptr) {
+      // The integer arithmetic on operators (translations in twelfths or 24ths of a cell) must
+      // not meet a translation out of all measure; such a translation is refused and not kept,
+      // for a caller may go on with the operator before it looks at the error, also when a
+      // later component of the text is found wrong.
+      const float value = t * static_cast<float>(const_sign);
+      if (!within_user_range(value)) {
+        set_err_symm(" The translation of the operator is not a number within +/-1000000: " +
+                     trim(info));
+        *tr = Vec3{};
+        return;
+      }
+      (*tr)[i] = value;
+    }
   }
   if (check && determ_a_i(rot) == 0) {
     set_err_symm(" The above operator is wrong: " + trim(info));
