@@ -22,11 +22,17 @@ Complex_dp character(const lorsk_proc& st, int nu, int g) {
 
 // The nearest integer of a multiplicity, after the warnings that it is not a whole real number.
 int whole_multiplicity(const Complex_dp& n, const char* non_integer, const char* imaginary,
-                       std::string& console) {
+                       const Site_Units& out) {
   const float re = static_cast<float>(n.real());
-  if (!zbelongn(re)) put(console, "a,f8.5", non_integer, re);
+  if (!zbelongn(re)) {
+    const std::string line = sput("a,f8.5", non_integer, re);
+    out.console += line + "\n";
+    keep_warning(out, line);
+  }
   if (std::abs(n.imag()) > static_cast<double>(imaginary_limit)) {
-    put(console, "a,f8.5", imaginary, n.imag());
+    const std::string line = sput("a,f8.5", imaginary, n.imag());
+    out.console += line + "\n";
+    keep_warning(out, line);
   }
   return nint(n.real());
 }
@@ -83,9 +89,9 @@ void write_exchange_multiplets(const Site_Context& cx, const Site_Representation
              std::conj(character(st, q, g));
       }
       m /= static_cast<double>(st.ngk);
-      i_mult[q - 1] = whole_multiplicity(
-          m, " => Warning! Non-integer N_nu! (In exchange Multiplets) ->",
-          " => Warning! Imaginary N_nu! (In exchange Multiplets) ->", out.console);
+      i_mult[q - 1] =
+          whole_multiplicity(m, " => Warning! Non-integer N_nu! (In exchange Multiplets) ->",
+                             " => Warning! Imaginary N_nu! (In exchange Multiplets) ->", out);
     }
     const std::string text = gamma_text(i_mult, nullptr, cx.ipol);
     if (!is_blank(text)) {
@@ -143,9 +149,9 @@ void decomp(const Site_Context& cx, const Site_Representation& rep, Site_Analysi
     n /= static_cast<double>(st.ngk);
     n_perm /= static_cast<double>(st.ngk);
     an.ia[nu - 1] = whole_multiplicity(n, " => Warning! Non-integer N_nu! ->",
-                                       " => Warning! Imaginary N_nu! ->", out.console);
+                                       " => Warning! Imaginary N_nu! ->", out);
     an.ip[nu - 1] = whole_multiplicity(n_perm, " => Warning! Non-integer N_nu(Perm)! ->",
-                                       " => Warning! Imaginary N_nu(Perm)! ->", out.console);
+                                       " => Warning! Imaginary N_nu(Perm)! ->", out);
   }
 
   std::string& res = out.result;

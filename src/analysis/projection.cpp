@@ -328,11 +328,13 @@ void write_section_head(const Site_Context& cx, const Site& site, int ns, const 
     put(out.console, "a", more);
     put(out.result, "/,a", more);
     put(out.block, "a", more);
+    keep_warning(out, more);
   } else if (basis.nbas() < basis.expected) {
     const char* less = " => Warning! less basis functions than expected ... continue ...";
     put(out.console, "a", less);
     put(out.result, "/,a", less);
     put(out.block, "a", " => Warning! less basis functions than allowed! ");
+    keep_warning(out, less);
   }
 }
 

@@ -107,11 +107,17 @@ struct Site_Context {
   int nk = 1;  // arms of the star of k
 };
 
-// The output units that the analysis writes to.
+// The output units that the analysis writes to, and the run's list of warnings (when kept):
+// every warning written to a unit is also kept there as data.
 struct Site_Units {
   std::string& console;
   std::string& result;  // unit 2
   std::string& block;   // unit 4
+  std::vector<std::string>* warnings = nullptr;
 };
+
+// Keeps a warning that has been written in the run's list of warnings, without its leading
+// and trailing blanks.
+void keep_warning(const Site_Units& out, const std::string& text);
 
 }  // namespace velmoria

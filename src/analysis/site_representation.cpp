@@ -16,6 +16,10 @@
 
 namespace velmoria {
 
+void keep_warning(const Site_Units& out, const std::string& text) {
+  if (out.warnings) out.warnings->push_back(trim(adjustl(text)));
+}
+
 namespace {
 
 constexpr double minus_two_pi = -6.283185307179586;
@@ -141,6 +145,8 @@ void trans(const Site_Context& cx, const Site& site, int ns, Site_Representation
       Vec3 vec{};
       if (!ret_per(site, xt, cx.lat_type, l, vec)) {
         put(out.console, "a,3f8.4", " => Warning! no returning vector found for atom at: ", xt);
+        keep_warning(out,
+                     sput("a,3f8.4", " => Warning! no returning vector found for atom at: ", xt));
         put(res, "a,3f8.4", " => Warning! no returning vector found for atom at: ", xt);
         put(res, "a", " subsequent calculations are wrong!!!");
         put(res, "a", " => Check the list of atoms in your input file!");

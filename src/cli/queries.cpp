@@ -1,38 +1,10 @@
 #include "cli/queries.hpp"
 
-#include <cmath>
-
 #include "analysis/supplied_block.hpp"
-#include "lorsk/group_preparation.hpp"
-#include "lorsk/lorsk.hpp"
-#include "support/fractions.hpp"
-#include "support/list_read.hpp"
+#include "run/lookups.hpp"
 #include "support/text.hpp"
-#include "symmetry/listing.hpp"
-#include "symmetry/operator_text.hpp"
-#include "symmetry/spacegroup_setup.hpp"
-#include "symmetry/tables.hpp"
 
 namespace velmoria {
-
-namespace {
-
-// One component of k: a number, or a fraction p/q.
-bool read_component(const std::string& token, float& value) {
-  const std::size_t slash = token.find('/');
-  if (slash == std::string::npos) return !is_blank(token) && read_list(token, value);
-  float p = 0.0f;
-  float q = 0.0f;
-  if (is_blank(token.substr(0, slash)) || is_blank(token.substr(slash + 1))) return false;
-  if (!read_list(token.substr(0, slash), p) || !read_list(token.substr(slash + 1), q)) {
-    return false;
-  }
-  if (q == 0.0f) return false;
-  value = p / q;
-  return std::isfinite(value);
-}
-
-}  // namespace
 
 int query_irreps(std::vector<std::string> args, std::ostream& out, std::ostream& err) {
   const char* usage =
@@ -46,10 +18,9 @@ int query_irreps(std::vector<std::string> args, std::ostream& out, std::ostream&
     err << usage;
     return 1;
   }
-  const std::string text = args[first_k - 1];
   Vec3 vk{};
   for (std::size_t i = 0; i < 3; ++i) {
-    if (!read_component(args[first_k + i], vk[i])) {
+    if (!read_k_component(args[first_k + i], vk[i])) {
       err << "velmoria: the component " << args[first_k + i] << " of k is not a number\n";
       return 1;
     }
@@ -58,33 +29,17 @@ int query_irreps(std::vector<std::string> args, std::ostream& out, std::ostream&
     err << "velmoria: a component of k lies beyond +/-1000000\n";
     return 1;
   }
-  vk = snap_to_fractions(vk);
-  // The label as a KVEC line gives it: its last two characters, "H" becoming " H".
-  std::string label = "  ";
-  if (args.size() == first_k + 4) {
-    const std::string padded = "  " + trim(args[first_k + 3]);
-    label = padded.substr(padded.size() - 2);
-  }
-
-  // As a run does it: a tabulated group by the generators of the tables (mode ITC).
-  std::string table_generators;
-  const bool tabulated = !by_generators && get_generators(text, table_generators);
-  lorsk_proc store;
-  std::string unit;
-  const int status =
-      lorsk(unit, vk, 0, label, text, 1, by_generators, tabulated ? &text : nullptr, store);
-  if (status == status_setup_failed) {
-    err << trim(adjustl(err_symm_mess)) << ": " << trim(text) << "\n";
+  const std::string label = args.size() == first_k + 4 ? args[first_k + 3] : "";
+  const Irreps_Lookup found = look_up_irreps(args[first_k - 1], by_generators, vk, label);
+  if (!found.error.empty()) {
+    err << found.error << "\n";
     return 1;
   }
-  if (status == status_not_determined) {
-    err << " => Generators of the Space group: " << trim(text) << " not determined!\n";
-    return 1;
-  }
-  out << unit;
+  out << found.listing;
   if (!block) return 0;
   std::string why;
-  const std::optional<std::string> lines = supplied_block_text(store, vk, label, why);
+  const std::optional<std::string> lines =
+      supplied_block_text(found.store, found.k, found.label, why);
   if (!lines) {
     err << "velmoria: no block can be written: " << why << "\n";
     return 1;
@@ -95,31 +50,28 @@ int query_irreps(std::vector<std::string> args, std::ostream& out, std::ostream&
 }
 
 int query_group(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
-  Space_Group_Type spg;
+  Group_Lookup found;
   if (args.size() == 3 && args[1] == "--gen") {
-    const std::vector<std::string> gens = split_generators(args[2]);
     if (is_blank(args[2])) {
       err << "velmoria: --group --gen needs a list of generators such as \"-x,-y,z; "
              "x+1/2,y+1/2,z\"\n";
       return 1;
     }
-    set_spacegroup(" ", spg, &gens, static_cast<int>(gens.size()), "gen");
+    found = look_up_group(args[2], Group_Text::generators);
   } else if (args.size() == 3 && args[1] == "--hall" && !is_blank(args[2])) {
-    set_spacegroup(args[2], spg, nullptr, std::nullopt, "HAL");
+    found = look_up_group(args[2], Group_Text::hall);
   } else if (args.size() == 2 && !is_blank(args[1])) {
-    set_spacegroup(args[1], spg);
+    found = look_up_group(args[1]);
   } else {
     err << "velmoria: usage: velmoria --group TEXT | --group --hall HALL | --group --gen \"g1; "
            "...\"\n";
     return 1;
   }
-  if (err_symm) {
-    err << trim(err_symm_mess) << "\n";
+  if (!found.error.empty()) {
+    err << found.error << "\n";
     return 1;
   }
-  std::string listing;
-  write_spacegroup(spg, listing, true);
-  out << listing;
+  out << group_listing(found.group);
   return 0;
 }
 

@@ -96,7 +96,7 @@ void Reader::read_supplied_block() {
   if (!error) return;
   if (!error->console_only) stop_with(rs, error->message);
   put(rs.out.console, "a", error->message);
-  throw Quiet_Stop{};
+  throw Quiet_Stop{error->message};
 }
 
 void Reader::spgr(const std::string& line) {
@@ -343,7 +343,10 @@ void Reader::atoms_section() {
     return;
   }
   if (!sv.vmode_read) {
-    put(out, "/,a", " => Warning no VMODE keyword given ... default calculation for polar vectors");
+    const char* warning =
+        " => Warning no VMODE keyword given ... default calculation for polar vectors";
+    put(out, "/,a", warning);
+    rs.warnings.push_back(trim(warning));
   }
   put(out, "/,a",
       sv.ipol == 0 ? " => Calculation for axial vectors" : " => Calculation for polar vectors");
@@ -376,7 +379,7 @@ std::vector<std::string> split_lines(std::string_view text) {
 void stop_with(Run_State& rs, const std::string& message) {
   put(rs.out.console, "a", message);
   put(rs.out.result, "a", message);
-  throw Quiet_Stop{};
+  throw Quiet_Stop{message};
 }
 
 void read_sym(Run_State& rs, const std::vector<std::string>& raw_lines) {

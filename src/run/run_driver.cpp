@@ -143,6 +143,7 @@ void run_steps(Run_State& rs, const Run_Input& input) {
                     : " => Calculation of basis functions omitted ... no ATOM keywords given! ";
     put(rs.out.console, "a", message);
     put(rs.out.result, "a", message);
+    rs.warnings.push_back(trim(message));
   } else {
     set_epsg_sp(0.002f);
     for (int ns = 1; ns <= sv.nsites; ++ns) {
@@ -163,8 +164,9 @@ void run_guarded(Run_State& rs, const std::function<void(Run_State&)>& steps) {
   try {
     steps(rs);
     return;
-  } catch (const Quiet_Stop&) {
-    return;  // the message has been written; the run ends here
+  } catch (const Quiet_Stop& stop) {
+    rs.stop_message = trim(stop.message);  // written already; the run ends here
+    return;
   } catch (const std::exception& e) {
     what = e.what();
   } catch (...) {
@@ -174,6 +176,7 @@ void run_guarded(Run_State& rs, const std::function<void(Run_State&)>& steps) {
   const std::string message = " => Internal error, the run stops: " + what + "\n";
   rs.out.console += message;
   rs.out.result += message;
+  rs.stop_message = trim(message);
 }
 
 Run_Output run_velmoria(const Run_Input& input) {

@@ -65,9 +65,14 @@ struct Run_State {
   lorsk_proc store;
   Units out;
   std::vector<Site_Analysis> analyses;  // what the analysis found, site by site
+  std::vector<std::string> warnings;    // every warning the run gave, as it was written
+  std::string stop_message;             // why the run stopped early; empty after a normal end
 };
 
-// The run's quiet stop: the message is already written; the run ends at once.
-struct Quiet_Stop {};
+// The run's quiet stop: the message is already written; the run ends at once.  The message
+// is kept as the run's stop message.
+struct Quiet_Stop {
+  std::string message;
+};
 
 }  // namespace velmoria

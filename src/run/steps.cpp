@@ -16,8 +16,10 @@ void setup_supplied_spacegroup(Run_State& rs) {
   rs.mv.lat_type = spg.spg_lat;
   put(rs.out.result, "a,a", " => Symbol of the     Lattice: ", std::string(1, rs.mv.lat_type));
   if (rs.mv.lat_type != rs.sv.spaceg.front()) {
-    put(rs.out.result, "a",
-        " => WARNING! Lattice different from the first letter of the Space Group symbol ");
+    const char* warning =
+        " => WARNING! Lattice different from the first letter of the Space Group symbol ";
+    put(rs.out.result, "a", warning);
+    rs.warnings.push_back(trim(warning));
   }
 }
 
@@ -30,7 +32,7 @@ Site_Context site_context(const Run_State& rs) {
 }
 
 Site_Units site_units(Run_State& rs) {
-  return {rs.out.console, rs.out.result, rs.out.block};
+  return {rs.out.console, rs.out.result, rs.out.block, &rs.warnings};
 }
 
 }  // namespace

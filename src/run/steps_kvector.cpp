@@ -4,6 +4,7 @@
 #include "kvector/group_k.hpp"
 #include "run/site_expansion.hpp"
 #include "run/steps.hpp"
+#include "support/layout.hpp"
 #include "symmetry/lattice.hpp"
 
 namespace velmoria {
@@ -36,7 +37,9 @@ void expand_site(Run_State& rs, int prim, const std::string& atcod, const Vec3& 
 }
 
 void check_listed_site(Run_State& rs, int ns) {
-  if (!determ_symmops(rs, ns)) throw Quiet_Stop{};
+  if (!determ_symmops(rs, ns)) {
+    throw Quiet_Stop{sput("a,i2", " Fatal error: analysis for site ", ns)};
+  }
 }
 
 }  // namespace velmoria

@@ -1,6 +1,7 @@
 // The little group of k and its irreducible representations, in the computed mode.
 #include "lorsk/group_preparation.hpp"
 #include "lorsk/lorsk.hpp"
+#include "lorsk/zak.hpp"
 #include "run/control_reader.hpp"
 #include "run/steps.hpp"
 #include "support/layout.hpp"
@@ -28,8 +29,9 @@ void compute_little_group_irreps(Run_State& rs, const std::string& ke1) {
     put(rs.out.console, "3a", " => Generators of the Space group: ", trim(group_text),
         " not determined!");
     put(rs.out.console, "a", " => Please provide the generators in a XX.in file");
-    throw Quiet_Stop{};
+    throw Quiet_Stop{" => Generators of the Space group: " + trim(group_text) + " not determined!"};
   }
+  if (err_lorsk) rs.warnings.push_back("=> Warning! " + trim(err_lorsk_mess));
 }
 
 }  // namespace velmoria
