@@ -14,18 +14,21 @@
 
 #include "lorsk/store.hpp"
 #include "support/numeric.hpp"
+#include "symmetry/records.hpp"
 
 namespace velmoria {
 
 // One site: its atoms, as expanded from an ATOM line or listed by a SUBL line.
 struct Site {
-  int mult = 0;                     // number of atoms
-  std::vector<Vec3> x;              // fractional coordinates of each atom
-  std::vector<std::string> atom;    // label: site code, "_" and the atom number (8)
-  std::vector<std::string> symstr;  // operator in brackets that makes the atom, plus shift (60)
-  std::vector<std::string> symms;   // the same operator packed, shift worked in (60)
+  int mult = 0;                        // number of atoms
+  std::vector<Vec3> x;                 // fractional coordinates of each atom
+  std::vector<std::string> atom;       // label: site code, "_" and the atom number (8)
+  std::vector<std::string> symstr;     // operator in brackets that makes the atom, plus shift (60)
+  std::vector<std::string> symms;      // the same operator packed, shift worked in (60)
+  std::vector<Sym_Oper_Type> carrier;  // that operator as data: it carries atom 1 onto the atom
   void resize(int n) {
     x.resize(n);
+    carrier.resize(n);
     atom.resize(n, std::string(8, ' '));
     symstr.resize(n, std::string(60, ' '));
     symms.resize(n, std::string(60, ' '));

@@ -108,10 +108,12 @@ void genatoms(Run_State& rs, int prim, std::string_view atcod, const Vec3& xt, i
     if (prim == 0) {
       site->x[j - 1] = o;
       site->symstr[j - 1] = fixed(op + " + " + trim(transla), 60);
+      site->carrier[j - 1] = {store.ir[g - 1], sum(tr, store.t[g - 1])};
       symms = get_symsymbi(store.ir[g - 1], sum(tr, store.t[g - 1]));
     } else {
       site->x[j - 1] = difference(o, tr);
       site->symstr[j - 1] = fixed(op, 60);
+      site->carrier[j - 1] = {store.ir[g - 1], store.t[g - 1]};
       symms = get_symsymbi(store.ir[g - 1], store.t[g - 1]);
     }
     site->symms[j - 1] = fixed(pack_string(symms), 60);
@@ -143,6 +145,7 @@ bool determ_symmops(Run_State& rs, int ns) {
       ++count;
       site.symstr[j - 1] =
           fixed("(" + operator_text(rs, g) + ")" + " + " + trim(frac_trans_1dig(v)), 60);
+      site.carrier[j - 1] = {store.ir[g - 1], sum(v, store.t[g - 1])};
       site.symms[j - 1] =
           fixed(pack_string(get_symsymbi(store.ir[g - 1], sum(v, store.t[g - 1]))), 60);
       break;
