@@ -1,5 +1,6 @@
 // velmoria: the console program.  Takes the code of a run, finds its control file, runs
 // it and writes <code>.vmr and <code>.tw beside it.
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -14,6 +15,7 @@
 #include <vector>
 
 #include "cli/queries.hpp"
+#include "json/run_document.hpp"
 #include "run/run_driver.hpp"
 #include "support/layout.hpp"
 #include "support/text.hpp"
@@ -25,12 +27,12 @@ using namespace velmoria;
 constexpr const char* version_text = "Velmoria 5.00 (July 2016)";
 
 void write_usage(std::ostream& os) {
-  os << "Usage: velmoria [CODE | FILE]\n"
-        "       velmoria --group TEXT\n"
-        "       velmoria --group --hall HALL\n"
-        "       velmoria --group --gen \"g1; g2; ...\"\n"
-        "       velmoria --irreps TEXT kx ky kz [label] [--block]\n"
-        "       velmoria --irreps --gen \"g1; g2; ...\" kx ky kz [label] [--block]\n"
+  os << "Usage: velmoria [CODE | FILE] [--json]\n"
+        "       velmoria --group TEXT [--json]\n"
+        "       velmoria --group --hall HALL [--json]\n"
+        "       velmoria --group --gen \"g1; g2; ...\" [--json]\n"
+        "       velmoria --irreps TEXT kx ky kz [label] [--block | --json]\n"
+        "       velmoria --irreps --gen \"g1; g2; ...\" kx ky kz [label] [--block | --json]\n"
         "       velmoria --help | --version\n"
         "\n"
         "  CODE       runs the control file CODE.vrn (or CODE.smb when there is no CODE.vrn);\n"
@@ -53,6 +55,10 @@ void write_usage(std::ostream& os) {
         "             characters).  With --gen the group comes from the generators.  With\n"
         "             --block they follow as SPGR, KVEC and LITTLE_GROUP lines that a control\n"
         "             file reads: the supplied mode then uses them instead of computing.\n"
+        "  --json     with a run, writes also CODE.json: everything the run found (group,\n"
+        "             k, star, little group, representations, sites, basis functions,\n"
+        "             warnings, stop message) as one JSON document.  With --group or\n"
+        "             --irreps, prints the look-up as a JSON document instead of the listing.\n"
         "  --help     shows this text.   --version  shows the version.\n";
 }
 
@@ -105,7 +111,7 @@ std::string without_normal_end(std::string console) {
   return console;
 }
 
-int run_code(const std::string& argument, bool have_argument) {
+int run_code(const std::string& argument, bool have_argument, bool json) {
   std::string console;
   put_items(console, " ");
   put_items(console, " ");
@@ -161,9 +167,15 @@ int run_code(const std::string& argument, bool have_argument) {
   std::cout << console << std::flush;
 
   const Run_Output output = run_velmoria(input);
+  std::vector<std::pair<std::string, const std::string*>> files{{code + ".vmr", &output.result},
+                                                                {code + ".tw", &output.block}};
+  std::string document;
+  if (json) {
+    document = run_document(output, code).dump(1) + "\n";
+    files.emplace_back(code + ".json", &document);
+  }
   std::string failures;
-  for (const auto& [name, text] :
-       {std::pair{code + ".vmr", &output.result}, std::pair{code + ".tw", &output.block}}) {
+  for (const auto& [name, text] : files) {
     if (const auto why = write_file(name, *text)) {
       put(failures, "a", " => Error! The output file " + name + " " + *why);
     }
@@ -182,6 +194,10 @@ int run_code(const std::string& argument, bool have_argument) {
 
 int main(int argc, char** argv) {
   std::vector<std::string> args(argv + 1, argv + argc);
+  // --json may stand anywhere behind the command: it changes the form of the output only.
+  const auto json_flag = std::remove(args.begin(), args.end(), std::string("--json"));
+  const bool json = json_flag != args.end();
+  args.erase(json_flag, args.end());
   if (!args.empty() && args[0].size() > 1 && args[0][0] == '-') {
     const std::string& option = args[0];
     if (option == "--help" || option == "-h") {
@@ -193,8 +209,8 @@ int main(int argc, char** argv) {
       return 0;
     }
     try {
-      if (option == "--group") return velmoria::query_group(args, std::cout, std::cerr);
-      if (option == "--irreps") return velmoria::query_irreps(args, std::cout, std::cerr);
+      if (option == "--group") return velmoria::query_group(args, std::cout, std::cerr, json);
+      if (option == "--irreps") return velmoria::query_irreps(args, std::cout, std::cerr, json);
     } catch (const std::exception& e) {
       std::cerr << "velmoria: internal error: " << e.what() << "\n";
       return 1;
@@ -204,5 +220,5 @@ int main(int argc, char** argv) {
     return 2;
   }
   const bool have_argument = !args.empty() && !velmoria::is_blank(args[0]);
-  return run_code(have_argument ? args[0] : std::string(), have_argument);
+  return run_code(have_argument ? args[0] : std::string(), have_argument, json);
 }

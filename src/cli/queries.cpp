@@ -1,17 +1,31 @@
 #include "cli/queries.hpp"
 
 #include "analysis/supplied_block.hpp"
+#include "json/run_document.hpp"
 #include "run/lookups.hpp"
 #include "support/text.hpp"
 
 namespace velmoria {
 
-int query_irreps(std::vector<std::string> args, std::ostream& out, std::ostream& err) {
+namespace {
+
+// A document pretty-printed with an indent of one blank, doubles to full precision.
+void write_document(std::ostream& out, const nlohmann::json& doc) {
+  out << doc.dump(1) << "\n";
+}
+
+}  // namespace
+
+int query_irreps(std::vector<std::string> args, std::ostream& out, std::ostream& err, bool json) {
   const char* usage =
       "velmoria: usage: velmoria --irreps TEXT kx ky kz [label] [--block] | "
       "--irreps --gen \"g1; ...\" kx ky kz [label] [--block]\n";
   const bool block = args.size() > 1 && args.back() == "--block";
   if (block) args.pop_back();
+  if (block && json) {
+    err << "velmoria: --block and --json cannot be given together\n";
+    return 1;
+  }
   const bool by_generators = args.size() >= 2 && args[1] == "--gen";
   const std::size_t first_k = by_generators ? 3 : 2;
   if (args.size() < first_k + 3 || args.size() > first_k + 4 || is_blank(args[first_k - 1])) {
@@ -35,6 +49,10 @@ int query_irreps(std::vector<std::string> args, std::ostream& out, std::ostream&
     err << found.error << "\n";
     return 1;
   }
+  if (json) {
+    write_document(out, irreps_document(found));
+    return 0;
+  }
   out << found.listing;
   if (!block) return 0;
   std::string why;
@@ -49,7 +67,8 @@ int query_irreps(std::vector<std::string> args, std::ostream& out, std::ostream&
   return 0;
 }
 
-int query_group(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
+int query_group(const std::vector<std::string>& args, std::ostream& out, std::ostream& err,
+                bool json) {
   Group_Lookup found;
   if (args.size() == 3 && args[1] == "--gen") {
     if (is_blank(args[2])) {
@@ -70,6 +89,10 @@ int query_group(const std::vector<std::string>& args, std::ostream& out, std::os
   if (!found.error.empty()) {
     err << found.error << "\n";
     return 1;
+  }
+  if (json) {
+    write_document(out, group_document(found));
+    return 0;
   }
   out << group_listing(found.group);
   return 0;

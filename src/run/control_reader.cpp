@@ -131,6 +131,7 @@ void Reader::kvec(const std::string& line) {
   sv.vk = vk;
   const std::string t = trim(line);
   ke1 = t.size() >= 2 ? t.substr(t.size() - 2) : fixed(t, 2);
+  sv.k_label = ke1;
   put(rs.out.result, "a,3f8.4,/,a,a2", " => Propagation vector: ", vk, " => BZ-point labelled as ",
       ke1);
   sv.kvec_read = true;

@@ -26,10 +26,14 @@ Group_Lookup look_up_group(std::string_view text, Group_Text kind) {
   if (kind == Group_Text::generators) {
     const std::vector<std::string> gens = split_generators(t);
     set_spacegroup(" ", out.group, &gens, static_cast<int>(gens.size()), "gen");
+    out.generators = t;
   } else if (kind == Group_Text::hall) {
     set_spacegroup(t, out.group, nullptr, std::nullopt, "HAL");
   } else {
     set_spacegroup(t, out.group);
+    // A tabulated group: the generators of the tables (the JSON writer checks they make it).
+    std::string table_generators;
+    if (!err_symm && get_generators(t, table_generators)) out.generators = table_generators;
   }
   if (err_symm) out.error = trim(err_symm_mess);
   return out;

@@ -24,6 +24,7 @@ enum class Group_Text {
 struct Group_Lookup {
   std::string error;  // empty when the group was made; else the program's message
   Space_Group_Type group;
+  std::string generators;  // the generators the group was built from where known (x,y,z, ";")
 };
 
 Group_Lookup look_up_group(std::string_view text, Group_Text kind = Group_Text::symbol);

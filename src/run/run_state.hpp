@@ -41,6 +41,7 @@ struct symmetry_var {
   std::string list_gen;   // 120
   std::string spaceg;     // 20
   Vec3 vk{};
+  std::string k_label;                 // the two characters that label k on the KVEC line
   std::vector<Site> sites;             // at most max_sites
   std::vector<std::string> symm_symb;  // text of each operator of the little group (30)
   std::vector<int> idet;
