@@ -35,9 +35,12 @@ json document_head(const char* kind) {
           {"program", program_name}};
 }
 
+// The text without its leading and trailing blanks.
+std::string stripped(std::string_view text) { return trim(adjustl(text)); }
+
 // The text between the leading and trailing blanks; null when nothing is left.
 json text_or_null(const std::string& text) {
-  const std::string t = trim(text);
+  const std::string t = stripped(text);
   return t.empty() ? json(nullptr) : json(t);
 }
 
@@ -213,16 +216,16 @@ json group_json(const Space_Group_Type& spg, const std::string& given_generators
     for (float t : spg.centre_coord) centre.push_back(translation_text(t));
   }
   return {{"number", spg.num_spg},
-          {"hermann_mauguin", trim(spg.spg_symb)},
-          {"hall", trim(spg.hall)},
+          {"hermann_mauguin", stripped(spg.spg_symb)},
+          {"hall", stripped(spg.hall)},
           {"generalized_hall", text_or_null(spg.gen_hall)},
-          {"setting", trim(spg.setting)},
+          {"setting", stripped(spg.setting)},
           {"table_setting", text_or_null(spg.info)},
           {"lattice", std::string(1, spg.spg_lat)},
-          {"lattice_symbol", trim(spg.spg_latsy)},
-          {"crystal_system", trim(spg.crystal_sys)},
-          {"laue_class", trim(spg.laue)},
-          {"point_group", trim(spg.pg)},
+          {"lattice_symbol", stripped(spg.spg_latsy)},
+          {"crystal_system", stripped(spg.crystal_sys)},
+          {"laue_class", stripped(spg.laue)},
+          {"point_group", stripped(spg.pg)},
           {"centrosymmetric", spg.centred != 1},
           {"centre", centre},
           {"multiplicity", spg.multip},
@@ -237,7 +240,7 @@ json group_json(const Space_Group_Type& spg, const std::string& given_generators
 
 json kvec_json(const Vec3& k, const std::string& label) {
   return {
-      {"components", doubles_json(k)}, {"fractions", fractions_json(k)}, {"label", trim(label)}};
+      {"components", doubles_json(k)}, {"fractions", fractions_json(k)}, {"label", stripped(label)}};
 }
 
 json star_json(const Group_k_Type& gk) {
@@ -264,7 +267,7 @@ std::string seitz_of(const Mat3i& rot, const Vec3& tr, bool hexagonal_axes) {
   } else {
     seitz_symb(get_symsymbi(rot, tr), seitz, std::string_view(symcod));
   }
-  return trim(seitz);
+  return stripped(seitz);
 }
 
 json little_group_json(const lorsk_proc& store) {
@@ -305,7 +308,7 @@ json irreps_json(const lorsk_proc& store) {
       characters.push_back(complex_json(trace));
     }
     const std::string label =
-        store.iso_read ? trim(store.iso_names[nu - 1]) : "IRrep(" + std::to_string(nu) + ")";
+        store.iso_read ? stripped(store.iso_names[nu - 1]) : "IRrep(" + std::to_string(nu) + ")";
     reps.push_back({{"number", nu},
                     {"label", label},
                     {"dimension", store.idim[nu - 1]},
@@ -329,7 +332,7 @@ json basis_json(const Irrep_Basis& basis, int atoms) {
   json constants = json::array();
   for (float r : basis.realnum) constants.push_back(static_cast<double>(r));
   json coefficients = json::array();
-  for (const auto& c : basis.coefficients) coefficients.push_back(trim(c));
+  for (const auto& c : basis.coefficients) coefficients.push_back(stripped(c));
   return {{"number", basis.nu},
           {"dimension", basis.idim},
           {"occurrences", basis.ia},
@@ -345,7 +348,7 @@ json site_json(const Site& site, int ns, const Site_Analysis* analysis) {
   for (int i = 0; i < site.mult && i < static_cast<int>(site.x.size()); ++i) {
     const Sym_Oper_Type carrier =
         i < static_cast<int>(site.carrier.size()) ? site.carrier[i] : Sym_Oper_Type{};
-    atoms.push_back({{"label", i < static_cast<int>(site.atom.size()) ? trim(site.atom[i]) : ""},
+    atoms.push_back({{"label", i < static_cast<int>(site.atom.size()) ? stripped(site.atom[i]) : ""},
                      {"position", doubles_json(site.x[i])},
                      {"operator", op_json(carrier)}});
   }
@@ -376,7 +379,7 @@ nlohmann::json run_document(const Run_Output& run, std::string_view code) {
     const Site_Analysis* analysis = s < rs.analyses.size() ? &rs.analyses[s] : nullptr;
     sites.push_back(site_json(sv.sites[s], static_cast<int>(s) + 1, analysis));
   }
-  doc["title"] = trim(sv.title);
+  doc["title"] = stripped(sv.title);
   doc["finished"] = run.state != nullptr && is_blank(rs.stop_message);
   doc["stop_message"] = text_or_null(rs.stop_message);
   doc["warnings"] = rs.warnings;

@@ -1,0 +1,310 @@
+#!/usr/bin/env python3
+"""The JSON documents of velmoria: every run of the examples and end-to-end cases, and a set of
+--group and --irreps look-ups, against the schema; the result and block files unchanged by
+--json; a stopped run told from a finished one; the operators and generators of a group closed
+as a group; the matrices of the little-group representations multiplying like the group."""
+import cmath
+import glob
+import json
+import math
+import os
+import shutil
+import sys
+import tempfile
+from fractions import Fraction
+
+import jsonschema
+
+HERE = os.path.dirname(os.path.abspath(__file__))
+ROOT = os.path.dirname(os.path.dirname(HERE))
+sys.path.insert(0, os.path.dirname(HERE))
+from cli_checks import check, run, summary  # noqa: E402
+
+SCHEMA = os.path.join(ROOT, "schema", "velmoria.schema.json")
+
+
+def validator():
+    with open(SCHEMA) as f:
+        schema = json.load(f)
+    jsonschema.Draft202012Validator.check_schema(schema)
+    return jsonschema.Draft202012Validator(schema)
+
+
+def schema_errors(v, doc):
+    return [f"{list(e.path)}: {e.message[:120]}" for e in v.iter_errors(doc)]
+
+
+def read(path, mode="r"):
+    with open(path, mode) as f:
+        return f.read()
+
+
+# ---------------------------------------------------------------------------------------------
+# Operators as exact integers: rotation rows and translations as Fractions modulo 1.
+
+def op_key(rotation, translation):
+    return (tuple(tuple(r) for r in rotation), tuple(Fraction(t) % 1 for t in translation))
+
+
+def product(a, b):
+    (ra, ta), (rb, tb) = a, b
+    r = tuple(tuple(sum(ra[i][q] * rb[q][j] for q in range(3)) for j in range(3))
+              for i in range(3))
+    t = tuple((ta[i] + sum(ra[i][q] * tb[q] for q in range(3))) % 1 for i in range(3))
+    return r, t
+
+
+def closure(gens):
+    identity = op_key([[1, 0, 0], [0, 1, 0], [0, 0, 1]], ["0", "0", "0"])
+    seen = {identity}
+    todo = [identity]
+    while todo and len(seen) <= 400:
+        x = todo.pop()
+        for g in gens:
+            y = product(g, x)
+            if y not in seen:
+                seen.add(y)
+                todo.append(y)
+    return seen
+
+
+def check_group(g, where):
+    """The operators form a group modulo whole cells; the generators make exactly that group;
+    the centring vectors are translations of it."""
+    ops = [op_key(o["rotation"], o["translation"]) for o in g["operators"]]
+    keys = set(ops)
+    check(len(ops) == g["multiplicity"] and len(keys) == len(ops),
+          f"{where}: {g['multiplicity']} distinct operators")
+    check(all(product(a, b) in keys for a in ops for b in ops), f"{where}: operators closed")
+    gens = [op_key(o["rotation"], o["translation"]) for o in g["generators"]]
+    check(closure(gens) == keys,
+          f"{where}: the generators ({g['generators_source']}) make the group")
+    identity = ((1, 0, 0), (0, 1, 0), (0, 0, 1))
+    check(all((identity, tuple(Fraction(t) % 1 for t in c)) in keys
+              for c in g["centring_vectors"]), f"{where}: centring vectors in the group")
+    check(len(g["centring_vectors"]) + 1 == sum(1 for r, _ in ops if r == identity),
+          f"{where}: one centring vector per pure translation")
+
+
+# ---------------------------------------------------------------------------------------------
+# Representations: D(a) D(b) = exp(2 pi i k.L) D(c) for a b = (1|L) c, unitary matrices,
+# characters the traces, orthonormal characters (as the C++ checks of the stores hold them).
+
+TOL = 2.0e-3
+
+
+def matmul(a, b):
+    n = len(a)
+    return [[sum(a[i][q] * b[q][j] for q in range(n)) for j in range(n)] for i in range(n)]
+
+
+def as_complex(m):
+    return [[complex(*z) for z in row] for row in m]
+
+
+def check_representations(doc, where):
+    lg = doc["little_group"]
+    reps = doc["representations"]
+    k = doc["k"]["components"]
+    ops = lg["operators"]
+    n = lg["order"]
+    check(len(ops) == n, f"{where}: {n} operators in the little group")
+    check(sum(r["dimension"] ** 2 for r in reps) == n, f"{where}: squares of dimensions = order")
+    rot = [o["rotation"] for o in ops]
+    tr = [[Fraction(t) for t in o["translation"]] for o in ops]
+    mats = [[as_complex(m) for m in r["matrices"]] for r in reps]
+    ok_shape = ok_unitary = ok_trace = ok_rule = True
+    for r, ms in zip(reps, mats):
+        d = r["dimension"]
+        ok_shape &= len(ms) == n and all(len(m) == d and all(len(row) == d for row in m)
+                                         for m in ms)
+        for g, m in enumerate(ms):
+            mh = [[m[j][i].conjugate() for j in range(d)] for i in range(d)]
+            p = matmul(m, mh)
+            ok_unitary &= all(abs(p[i][j] - (1 if i == j else 0)) <= TOL
+                              for i in range(d) for j in range(d))
+            ok_trace &= abs(sum(m[i][i] for i in range(d)) - complex(*r["characters"][g])) <= TOL
+    check(ok_shape, f"{where}: one d x d matrix per operator")
+    check(ok_unitary, f"{where}: unitary matrices")
+    check(ok_trace, f"{where}: characters are the traces")
+    for a in range(n):
+        for b in range(n):
+            r = [[sum(rot[a][i][q] * rot[b][q][j] for q in range(3)) for j in range(3)]
+                 for i in range(3)]
+            if r not in rot:
+                ok_rule = False
+                continue
+            c = rot.index(r)
+            t = [tr[a][i] + sum(rot[a][i][q] * tr[b][q] for q in range(3)) for i in range(3)]
+            kl = sum(k[i] * float(t[i] - tr[c][i]) for i in range(3))
+            phase = cmath.exp(2j * math.pi * kl)
+            for ms in mats:
+                p = matmul(ms[a], ms[b])
+                d = len(p)
+                ok_rule &= all(abs(p[i][j] - phase * ms[c][i][j]) <= TOL
+                               for i in range(d) for j in range(d))
+    check(ok_rule, f"{where}: D(a) D(b) = exp(2 pi i k.L) D(c)")
+    chars = [[complex(*z) for z in r["characters"]] for r in reps]
+    ok_orth = all(abs(sum(x.conjugate() * y for x, y in zip(chars[m], chars[v])) / n
+                      - (1 if m == v else 0)) <= TOL
+                  for m in range(len(reps)) for v in range(len(reps)))
+    check(ok_orth, f"{where}: characters orthonormal")
+
+
+# ---------------------------------------------------------------------------------------------
+
+def control_files():
+    files = sorted(glob.glob(os.path.join(ROOT, "examples", "*.vrn")))
+    files += sorted(glob.glob(os.path.join(ROOT, "tests", "e2e", "cases", "*.vrn")))
+    return files
+
+
+def run_case(binary, control, folder, json_flag):
+    os.makedirs(folder)
+    code = os.path.splitext(os.path.basename(control))[0]
+    shutil.copy(control, folder)
+    r = run(binary, [code, "--json"] if json_flag else [code], folder)
+    return code, r
+
+
+def check_runs(binary, v, d):
+    for n, control in enumerate(control_files()):
+        plain = os.path.join(d, f"plain{n}")
+        with_json = os.path.join(d, f"json{n}")
+        code, r0 = run_case(binary, control, plain, False)
+        _, r1 = run_case(binary, control, with_json, True)
+        where = os.path.relpath(control, ROOT)
+        check(r0.returncode == 0 and r1.returncode == 0, f"{where}: status 0")
+        check(not os.path.exists(os.path.join(plain, code + ".json")),
+              f"{where}: no JSON without --json")
+        for ext in (".vmr", ".tw"):
+            check(read(os.path.join(plain, code + ext), "rb")
+                  == read(os.path.join(with_json, code + ext), "rb"),
+                  f"{where}: {ext} byte for byte the same with --json")
+        check(r0.stdout == r1.stdout, f"{where}: the same console text")
+        doc = json.loads(read(os.path.join(with_json, code + ".json")))
+        errors = schema_errors(v, doc)
+        check(not errors, f"{where}: schema accepts the run document {errors[:3]}")
+        check(doc["document"] == "run" and doc["code"] == code and doc["finished"]
+              and doc["stop_message"] is None, f"{where}: a finished run")
+        check(doc["sites"] and all(s["multiplicities"] is not None for s in doc["sites"]),
+              f"{where}: every site analysed")
+        check(any(s["representations"] for s in doc["sites"]), f"{where}: basis functions")
+        check_group(doc["space_group"], where)
+        check_representations(doc, where)
+        for s in doc["sites"]:
+            atoms = s["atoms"]
+            for rep in s["representations"]:
+                check(all(len(f) == len(atoms) for f in rep["basis_functions"]),
+                      f"{where}: site {s['number']}: one 3-vector per atom in every function")
+                check(len(rep["fourier_coefficients"]) == len(atoms),
+                      f"{where}: site {s['number']}: one Fourier coefficient per atom")
+            first = atoms[0]["position"]
+            for a in atoms:  # the carrier takes atom 1 onto the atom, up to a lattice vector
+                o = a["operator"]
+                image = [sum(o["rotation"][i][j] * first[j] for j in range(3))
+                         + float(Fraction(o["translation"][i])) for i in range(3)]
+                check(all(abs((image[i] - a["position"][i]) - round(image[i] - a["position"][i]))
+                          < 1e-4 for i in range(3)),
+                      f"{where}: {a['label']}: carrier takes atom 1 onto it")
+
+
+def check_stopped_runs(binary, v, d):
+    folder = os.path.join(d, "stopped")
+    os.makedirs(folder)
+    with open(os.path.join(folder, "badk.vrn"), "w") as f:
+        f.write("TITLE a k that is no number\nSPGR P n m a\nKVEC 0 x 0\nVMODE AXI\n"
+                "ATOM Mn MN 0 0 0\n")
+    r = run(binary, ["badk", "--json"], folder)
+    doc = json.loads(read(os.path.join(folder, "badk.json")))
+    check(not schema_errors(v, doc), "stopped run: schema accepts the document")
+    check(doc["finished"] is False and "propagation vector" in (doc["stop_message"] or ""),
+          "stopped run: finished false, with the stop message")
+    check(doc["stop_message"] in r.stdout + read(os.path.join(folder, "badk.vmr")),
+          "stopped run: the stop message is the one the run wrote")
+    check(doc["title"] == "a k that is no number", "stopped run: title")
+    check(doc["k"] is None and doc["little_group"] is None and doc["star"] is None
+          and doc["representations"] == [] and doc["sites"] == [],
+          "stopped run: the parts not reached are null or empty")
+    # No control file at all: a run that stops before it starts.
+    r = run(binary, ["nothing_here", "--json"], folder)
+    doc = json.loads(read(os.path.join(folder, "nothing_here.json")))
+    check(not schema_errors(v, doc) and doc["finished"] is False and doc["space_group"] is None,
+          "missing control file: a stopped run document")
+
+
+GROUPS = [["14"], ["P 21/c"], ["227:1"], ["I a -3 d"], ["R -3 c"], ["P 63/m m c"],
+          ["--hall", "-P 2ybc"], ["--hall", "-F 4vw 2vw 3"], ["--hall", "P 2"],
+          ["--gen", "-x,-y,z+1/2; -x,-y,-z"], ["--gen", "x+1/2,y+1/2,z; -x,y,-z; -x,-y,-z"]]
+
+IRREPS = [["230", "1", "1", "1", "H"], ["221", "1/2", "1/2", "1/2", "R"],
+          ["P 63/m m c", "1/3", "1/3", "0", "K"], ["62", "0", "0", "1/2", "Z"],
+          ["14", "0.123", "0", "0.31"], ["R -3 m", "0", "0", "3/2", "T"],
+          ["C 1 2/m 1", "0", "1", "0", "Y"], ["I 41/a m d", "0", "0", "1", "X"],
+          ["P 42", "1/2", "0", "0", "X"], ["--gen", "-x,-y,z+1/2; -x,-y,-z", "0", "0", "1/2", "Z"]]
+
+
+def check_lookups(binary, v, d):
+    for args in GROUPS:
+        where = "--group " + " ".join(args)
+        r = run(binary, ["--group"] + args + ["--json"], d)
+        check(r.returncode == 0 and r.stderr == "", f"{where}: status 0")
+        doc = json.loads(r.stdout)
+        errors = schema_errors(v, doc)
+        check(not errors, f"{where}: schema accepts the document {errors[:3]}")
+        check_group(doc["space_group"], where)
+    r = run(binary, ["--group", "P 21/c", "--json"], d)
+    g = json.loads(r.stdout)["space_group"]
+    check(g["number"] == 14 and g["generators_source"] == "built_from"
+          and [o["text"] for o in g["generators"]] == ["-x,y+1/2,-z+1/2", "-x,-y,-z"],
+          "--group P 21/c: the generators of the tables")
+    check(g["centrosymmetric"] and g["centre"] is None and g["lattice"] == "P",
+          "--group P 21/c: centric at the origin, primitive")
+    g = json.loads(run(binary, ["--group", "227:1", "--json"], d).stdout)["space_group"]
+    check(g["centre"] == ["1/8", "1/8", "1/8"] and len(g["centring_vectors"]) == 3,
+          "--group 227:1: centre off the origin at 1/8, F centring")
+
+    for args in IRREPS:
+        where = "--irreps " + " ".join(args)
+        r = run(binary, ["--irreps"] + args + ["--json"], d)
+        check(r.returncode == 0 and r.stderr == "", f"{where}: status 0")
+        doc = json.loads(r.stdout)
+        errors = schema_errors(v, doc)
+        check(not errors, f"{where}: schema accepts the document {errors[:3]}")
+        check_group(doc["space_group"], where)
+        check_representations(doc, where)
+    doc = json.loads(run(binary, ["--irreps", "230", "1", "1", "1", "H", "--json"], d).stdout)
+    check([r["dimension"] for r in doc["representations"]] == [2, 2, 2, 6]
+          and doc["little_group"]["order"] == 48 and doc["k"]["label"] == "H",
+          "--irreps 230 H: dimensions 2 2 2 6 of 48 operators")
+    doc = json.loads(run(binary, ["--irreps", "14", "0.123", "0", "0.31", "--json"], d).stdout)
+    check(doc["k"]["fractions"] == [None, "0", None] and doc["k"]["label"] == "",
+          "--irreps at a general k: no fraction for 0.123 and 0.31")
+    doc = json.loads(run(binary, ["--irreps", "P 63/m m c", "0.3333", "1/3", "0", "--json"],
+                         d).stdout)
+    check(doc["k"]["fractions"] == ["1/3", "1/3", "0"], "--irreps: k rounded to 1/3 as fractions")
+    check(len(doc["star"]["arms"]) == 2 and not doc["star"]["k_equivalent_to_minus_k"],
+          "--irreps 194 K: two arms, K not equivalent to -K")
+
+    # Errors as without --json: the message on stderr, status 1, nothing on stdout.
+    for args in (["--group", "X 99 q", "--json"], ["--irreps", "62", "a", "0", "0", "--json"],
+                 ["--irreps", "62", "0", "0", "0", "--block", "--json"]):
+        r = run(binary, args, d)
+        check(r.returncode == 1 and r.stdout == "" and r.stderr != "",
+              " ".join(args) + ": status 1 with a message")
+    r = run(binary, ["--help"], d)
+    check("--json" in r.stdout, "--help tells of --json")
+
+
+def main():
+    binary = os.path.abspath(sys.argv[1])
+    v = validator()
+    with tempfile.TemporaryDirectory() as d:
+        check_runs(binary, v, d)
+        check_stopped_runs(binary, v, d)
+        check_lookups(binary, v, d)
+    return summary("test_json_documents")
+
+
+if __name__ == "__main__":
+    sys.exit(main())
