@@ -36,7 +36,9 @@ json document_head(const char* kind) {
 }
 
 // The text without its leading and trailing blanks.
-std::string stripped(std::string_view text) { return trim(adjustl(text)); }
+std::string stripped(std::string_view text) {
+  return trim(adjustl(text));
+}
 
 // The text between the leading and trailing blanks; null when nothing is left.
 json text_or_null(const std::string& text) {
@@ -239,8 +241,9 @@ json group_json(const Space_Group_Type& spg, const std::string& given_generators
 }
 
 json kvec_json(const Vec3& k, const std::string& label) {
-  return {
-      {"components", doubles_json(k)}, {"fractions", fractions_json(k)}, {"label", stripped(label)}};
+  return {{"components", doubles_json(k)},
+          {"fractions", fractions_json(k)},
+          {"label", stripped(label)}};
 }
 
 json star_json(const Group_k_Type& gk) {
@@ -348,9 +351,10 @@ json site_json(const Site& site, int ns, const Site_Analysis* analysis) {
   for (int i = 0; i < site.mult && i < static_cast<int>(site.x.size()); ++i) {
     const Sym_Oper_Type carrier =
         i < static_cast<int>(site.carrier.size()) ? site.carrier[i] : Sym_Oper_Type{};
-    atoms.push_back({{"label", i < static_cast<int>(site.atom.size()) ? stripped(site.atom[i]) : ""},
-                     {"position", doubles_json(site.x[i])},
-                     {"operator", op_json(carrier)}});
+    atoms.push_back(
+        {{"label", i < static_cast<int>(site.atom.size()) ? stripped(site.atom[i]) : ""},
+         {"position", doubles_json(site.x[i])},
+         {"operator", op_json(carrier)}});
   }
   json multiplicities = nullptr;
   json representations = json::array();
@@ -393,6 +397,10 @@ nlohmann::json run_document(const Run_Output& run, std::string_view code) {
   doc["representations"] = irreps_json(rs.store);
   doc["sites"] = sites;
   return doc;
+}
+
+std::string document_text(const nlohmann::json& document) {
+  return document.dump(1, ' ', false, json::error_handler_t::replace) + "\n";
 }
 
 nlohmann::json group_document(const Group_Lookup& lookup) {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <nlohmann/json.hpp>
+#include <string>
 #include <string_view>
 
 #include "run/lookups.hpp"
@@ -23,5 +24,10 @@ nlohmann::json group_document(const Group_Lookup& lookup);
 // The document of a little-group look-up ("document": "irreps").  The look-up must have
 // succeeded.
 nlohmann::json irreps_document(const Irreps_Lookup& lookup);
+
+// The text of a document: pretty-printed with an indent of one blank, doubles to full
+// precision, a newline at the end.  Bytes of the user's texts that are no UTF-8 (a title in
+// Latin-1) become U+FFFD instead of stopping the writer.
+std::string document_text(const nlohmann::json& document);
 
 }  // namespace velmoria

@@ -171,7 +171,7 @@ int run_code(const std::string& argument, bool have_argument, bool json) {
                                                                 {code + ".tw", &output.block}};
   std::string document;
   if (json) {
-    document = run_document(output, code).dump(1) + "\n";
+    document = document_text(run_document(output, code));
     files.emplace_back(code + ".json", &document);
   }
   std::string failures;
@@ -194,12 +194,12 @@ int run_code(const std::string& argument, bool have_argument, bool json) {
 
 int main(int argc, char** argv) {
   std::vector<std::string> args(argv + 1, argv + argc);
-  // --json may stand anywhere behind the command: it changes the form of the output only.
+  // --json may stand anywhere: it changes the form of the output only.
   const auto json_flag = std::remove(args.begin(), args.end(), std::string("--json"));
   const bool json = json_flag != args.end();
   args.erase(json_flag, args.end());
   if (!args.empty() && args[0].size() > 1 && args[0][0] == '-') {
-    const std::string& option = args[0];
+    const std::string option = args[0];
     if (option == "--help" || option == "-h") {
       write_usage(std::cout);
       return 0;
@@ -208,9 +208,10 @@ int main(int argc, char** argv) {
       std::cout << version_text << "\n";
       return 0;
     }
+    if (json) args.emplace_back("--json");  // the look-ups read it among their arguments
     try {
-      if (option == "--group") return velmoria::query_group(args, std::cout, std::cerr, json);
-      if (option == "--irreps") return velmoria::query_irreps(args, std::cout, std::cerr, json);
+      if (option == "--group") return velmoria::query_group(args, std::cout, std::cerr);
+      if (option == "--irreps") return velmoria::query_irreps(args, std::cout, std::cerr);
     } catch (const std::exception& e) {
       std::cerr << "velmoria: internal error: " << e.what() << "\n";
       return 1;

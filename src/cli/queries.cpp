@@ -1,5 +1,7 @@
 #include "cli/queries.hpp"
 
+#include <algorithm>
+
 #include "analysis/supplied_block.hpp"
 #include "json/run_document.hpp"
 #include "run/lookups.hpp"
@@ -9,6 +11,14 @@ namespace velmoria {
 
 namespace {
 
+// Takes every --json out of the arguments; whether there was one.
+bool take_json_flag(std::vector<std::string>& args) {
+  const auto flags = std::remove(args.begin(), args.end(), std::string("--json"));
+  const bool json = flags != args.end();
+  args.erase(flags, args.end());
+  return json;
+}
+
 // A document pretty-printed with an indent of one blank, doubles to full precision.
 void write_document(std::ostream& out, const nlohmann::json& doc) {
   out << doc.dump(1) << "\n";
@@ -16,7 +26,8 @@ void write_document(std::ostream& out, const nlohmann::json& doc) {
 
 }  // namespace
 
-int query_irreps(std::vector<std::string> args, std::ostream& out, std::ostream& err, bool json) {
+int query_irreps(std::vector<std::string> args, std::ostream& out, std::ostream& err) {
+  const bool json = take_json_flag(args);
   const char* usage =
       "velmoria: usage: velmoria --irreps TEXT kx ky kz [label] [--block] | "
       "--irreps --gen \"g1; ...\" kx ky kz [label] [--block]\n";
@@ -67,8 +78,8 @@ int query_irreps(std::vector<std::string> args, std::ostream& out, std::ostream&
   return 0;
 }
 
-int query_group(const std::vector<std::string>& args, std::ostream& out, std::ostream& err,
-                bool json) {
+int query_group(std::vector<std::string> args, std::ostream& out, std::ostream& err) {
+  const bool json = take_json_flag(args);
   Group_Lookup found;
   if (args.size() == 3 && args[1] == "--gen") {
     if (is_blank(args[2])) {

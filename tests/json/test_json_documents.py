@@ -226,6 +226,18 @@ def check_stopped_runs(binary, v, d):
     check(doc["k"] is None and doc["little_group"] is None and doc["star"] is None
           and doc["representations"] == [] and doc["sites"] == [],
           "stopped run: the parts not reached are null or empty")
+    # A title in Latin-1: its bytes that are no UTF-8 become U+FFFD, the document is written.
+    with open(os.path.join(folder, "latin.vrn"), "wb") as f:
+        f.write(b"TITLE Fe\xe9 \xff\nSPGR P 21/c\nKVEC 0 0 0\nVMODE AXI\nATOM Fe FE 0.1 0.2 0.3\n")
+    r = run(binary, ["latin", "--json"], folder)
+    doc = json.loads(read(os.path.join(folder, "latin.json")))
+    check(r.returncode == 0 and doc["finished"] and doc["title"] == "Fe\ufffd \ufffd",
+          "a title that is no UTF-8: written with replacement characters")
+    # --json before the code.
+    shutil.copy(os.path.join(ROOT, "examples", "mnf2.vrn"), folder)
+    r = run(binary, ["--json", "mnf2"], folder)
+    check(r.returncode == 0 and json.loads(read(os.path.join(folder, "mnf2.json")))["finished"],
+          "--json before the code")
     # No control file at all: a run that stops before it starts.
     r = run(binary, ["nothing_here", "--json"], folder)
     doc = json.loads(read(os.path.join(folder, "nothing_here.json")))
@@ -292,6 +304,13 @@ def check_lookups(binary, v, d):
         r = run(binary, args, d)
         check(r.returncode == 1 and r.stdout == "" and r.stderr != "",
               " ".join(args) + ": status 1 with a message")
+    # --json may stand anywhere.
+    r = run(binary, ["--json", "--group", "P 21/c"], d)
+    check(r.returncode == 0 and json.loads(r.stdout)["space_group"]["number"] == 14,
+          "--json before --group")
+    r = run(binary, ["--irreps", "--json", "62", "0", "0", "1/2"], d)
+    check(r.returncode == 0 and json.loads(r.stdout)["document"] == "irreps",
+          "--json among the arguments of --irreps")
     r = run(binary, ["--help"], d)
     check("--json" in r.stdout, "--help tells of --json")
 
