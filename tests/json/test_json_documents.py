@@ -102,6 +102,25 @@ def as_complex(m):
     return [[complex(*z) for z in row] for row in m]
 
 
+def check_star(doc, where):
+    """Every operator listed with an arm carries k onto it: k R differs from the arm by integers;
+    the arms share out the operators of the group up to its centring (the first ones listed)."""
+    ops = doc["space_group"]["operators"]
+    k = doc["k"]["components"]
+    ok = True
+    numbers = []
+    for arm in doc["star"]["arms"]:
+        for n in arm["operators"]:
+            numbers.append(n)
+            rot = ops[n - 1]["rotation"]
+            image = [sum(k[i] * rot[i][j] for i in range(3)) for j in range(3)]
+            ok &= all(abs(x - y - round(x - y)) < 1e-4 for x, y in zip(image, arm["k"]))
+    check(ok, f"{where}: each arm is k carried by its operators")
+    primitive = len(ops) // (1 + len(doc["space_group"]["centring_vectors"]))
+    check(sorted(numbers) == list(range(1, primitive + 1)),
+          f"{where}: the operators up to the centring, each with one arm")
+
+
 def check_representations(doc, where):
     lg = doc["little_group"]
     reps = doc["representations"]
@@ -144,6 +163,10 @@ def check_representations(doc, where):
                 ok_rule &= all(abs(p[i][j] - phase * ms[c][i][j]) <= TOL
                                for i in range(d) for j in range(d))
     check(ok_rule, f"{where}: D(a) D(b) = exp(2 pi i k.L) D(c)")
+    group = {op_key(o["rotation"], o["translation"]) for o in doc["space_group"]["operators"]}
+    check(all(op_key(o["rotation"], o["translation"]) in group for o in ops),
+          f"{where}: the little group is part of the space group")
+    check_star(doc, where)
     chars = [[complex(*z) for z in r["characters"]] for r in reps]
     ok_orth = all(abs(sum(x.conjugate() * y for x, y in zip(chars[m], chars[v])) / n
                       - (1 if m == v else 0)) <= TOL
