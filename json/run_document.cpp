@@ -1,3 +1,11 @@
+// The three documents from the records of a run or a look-up.  Translations and k are written
+// as exact fractions where they are such; matrix elements, characters and basis functions as
+// [re, im] pairs of doubles.  The characters are the traces of the matrices written beside them
+// (the store holds them in polar form before a run finishes them, as real and imaginary parts
+// after).  The generators of a group are the list it was built from (the tables' generators of
+// a tabulated group, a GEN line, --gen) when that list makes exactly its operators; otherwise,
+// as for a Hall symbol, the first operators of the listing that are not products of those
+// before them.
 #include "json/run_document.hpp"
 
 #include <algorithm>
@@ -181,8 +189,7 @@ struct Generators {
 // The generators the group was made from when that list is known and generates exactly the
 // group's operators (modulo whole cells); otherwise the first independent operators of the
 // listing.
-Generators generators_of(const Space_Group_Type& spg, const std::string& given,
-                         const char* given_source) {
+Generators generators_of(const Space_Group_Type& spg, const std::string& given) {
   const Kept_Symmetry_Globals kept;
   if (!is_blank(given)) {
     const auto ops = read_generator_list(given);
@@ -190,7 +197,7 @@ Generators generators_of(const Space_Group_Type& spg, const std::string& given,
       std::vector<Exact_Op> exact;
       for (const auto& op : *ops) exact.push_back(to_exact(op));
       const std::set<Op_Key> keys = group_keys(spg);
-      if (closure(exact, keys.size()) == keys) return {*ops, given_source};
+      if (closure(exact, keys.size()) == keys) return {*ops, "built_from"};
     }
   }
   return {first_independent_operators(spg), "first_independent"};
@@ -199,8 +206,7 @@ Generators generators_of(const Space_Group_Type& spg, const std::string& given,
 // ---------------------------------------------------------------------------------------------
 // The records.
 
-json group_json(const Space_Group_Type& spg, const std::string& given_generators,
-                const char* given_source) {
+json group_json(const Space_Group_Type& spg, const std::string& given_generators) {
   json centring = json::array();
   for (std::size_t i = 1; i < spg.latt_trans.size(); ++i) {
     json v = json::array();
@@ -209,7 +215,7 @@ json group_json(const Space_Group_Type& spg, const std::string& given_generators
   }
   json operators = json::array();
   for (const auto& op : spg.symop) operators.push_back(op_json(op));
-  const Generators gens = generators_of(spg, given_generators, given_source);
+  const Generators gens = generators_of(spg, given_generators);
   json generators = json::array();
   for (const auto& op : gens.ops) generators.push_back(op_json(op));
   json centre = nullptr;
@@ -388,9 +394,8 @@ nlohmann::json run_document(const Run_Output& run, std::string_view code) {
   doc["stop_message"] = text_or_null(rs.stop_message);
   doc["warnings"] = rs.warnings;
   doc["vectors"] = sv.ipol == 0 ? "axial" : "polar";
-  doc["space_group"] = have_group
-                           ? group_json(rs.store.spg, sv.gen_read ? sv.list_gen : "", "built_from")
-                           : json(nullptr);
+  doc["space_group"] =
+      have_group ? group_json(rs.store.spg, sv.gen_read ? sv.list_gen : "") : json(nullptr);
   doc["k"] = sv.kvec_read ? kvec_json(sv.vk, sv.k_label) : json(nullptr);
   doc["star"] = rs.mv.gk.nk > 0 ? star_json(rs.mv.gk) : json(nullptr);
   doc["little_group"] = rs.store.ngk > 0 ? little_group_json(rs.store) : json(nullptr);
@@ -405,13 +410,13 @@ std::string document_text(const nlohmann::json& document) {
 
 nlohmann::json group_document(const Group_Lookup& lookup) {
   json doc = document_head("group");
-  doc["space_group"] = group_json(lookup.group, lookup.generators, "built_from");
+  doc["space_group"] = group_json(lookup.group, lookup.generators);
   return doc;
 }
 
 nlohmann::json irreps_document(const Irreps_Lookup& lookup) {
   json doc = document_head("irreps");
-  doc["space_group"] = group_json(lookup.store.spg, lookup.generators, "built_from");
+  doc["space_group"] = group_json(lookup.store.spg, lookup.generators);
   doc["k"] = kvec_json(lookup.k, lookup.label);
   doc["star"] = star_json(lookup.gk);
   doc["little_group"] = little_group_json(lookup.store);
