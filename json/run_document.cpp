@@ -392,7 +392,9 @@ nlohmann::json run_document(const Run_Output& run, std::string_view code) {
   doc["title"] = stripped(sv.title);
   doc["finished"] = run.state != nullptr && is_blank(rs.stop_message);
   doc["stop_message"] = text_or_null(rs.stop_message);
-  doc["warnings"] = rs.warnings;
+  json warnings = json::array();
+  for (const auto& w : rs.warnings) warnings.push_back(stripped(w));
+  doc["warnings"] = warnings;
   doc["vectors"] = sv.ipol == 0 ? "axial" : "polar";
   doc["space_group"] =
       have_group ? group_json(rs.store.spg, sv.gen_read ? sv.list_gen : "") : json(nullptr);

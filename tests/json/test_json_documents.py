@@ -261,6 +261,26 @@ def check_stopped_runs(binary, v, d):
     r = run(binary, ["--json", "mnf2"], folder)
     check(r.returncode == 0 and json.loads(read(os.path.join(folder, "mnf2.json")))["finished"],
           "--json before the code")
+    # A stop at the atoms: the group, k, the little group and its representations are there.
+    with open(os.path.join(folder, "late.vrn"), "w") as f:
+        f.write("TITLE late stop\nSPGR P n m a\nKVEC 0 0 0.5 Z\nVMODE AXI\n"
+                "ATOM Mn MN 0 0 2000000\n")
+    run(binary, ["late", "--json"], folder)
+    doc = json.loads(read(os.path.join(folder, "late.json")))
+    check(not schema_errors(v, doc) and doc["finished"] is False
+          and "coordinate" in doc["stop_message"], "stop at the atoms: finished false, message")
+    check(doc["space_group"]["number"] == 62 and doc["k"]["fractions"] == ["0", "0", "1/2"]
+          and doc["little_group"]["order"] == 8
+          and [r["dimension"] for r in doc["representations"]] == [2, 2] and doc["sites"] == [],
+          "stop at the atoms: the parts reached are there, the sites not")
+    # A finished run with a warning: no VMODE line.
+    with open(os.path.join(folder, "novmode.vrn"), "w") as f:
+        f.write("TITLE no vmode\nSPGR P 21/c\nKVEC 0 0 0\nATOM Fe FE 0.1 0.2 0.3\n")
+    run(binary, ["novmode", "--json"], folder)
+    doc = json.loads(read(os.path.join(folder, "novmode.json")))
+    check(doc["finished"] and doc["vectors"] == "polar"
+          and any(w.startswith("=> Warning no VMODE") for w in doc["warnings"]),
+          "a run without VMODE: finished, polar vectors, the warning kept")
     # No control file at all: a run that stops before it starts.
     r = run(binary, ["nothing_here", "--json"], folder)
     doc = json.loads(read(os.path.join(folder, "nothing_here.json")))
