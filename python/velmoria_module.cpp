@@ -1,0 +1,131 @@
+// The extension velmoria._velmoria: runs and look-ups of the library, their JSON documents
+// turned into Python objects.  The library works with the interpreter lock released; its state
+// is per thread, and every run and look-up starts from a clean state, so that Python threads
+// may call it at once.  The public functions, the checks of the arguments and the numpy arrays
+// are in velmoria/__init__.py.
+#include <pybind11/pybind11.h>
+
+#include <cstdint>
+#include <nlohmann/json.hpp>
+#include <string>
+
+#include "json/run_document.hpp"
+#include "run/lookups.hpp"
+#include "run/run_driver.hpp"
+#include "run/run_state.hpp"
+
+namespace py = pybind11;
+
+namespace {
+
+using nlohmann::json;
+
+// A JSON value as the Python object of the same shape: objects as dicts (keys in the order of
+// the document), arrays as lists, and numbers, strings, booleans and null as themselves.
+py::object to_python(const json& value) {
+  switch (value.type()) {
+    case json::value_t::null:
+      return py::none();
+    case json::value_t::boolean:
+      return py::bool_(value.get<bool>());
+    case json::value_t::number_integer:
+      return py::int_(value.get<std::int64_t>());
+    case json::value_t::number_unsigned:
+      return py::int_(value.get<std::uint64_t>());
+    case json::value_t::number_float:
+      return py::float_(value.get<double>());
+    case json::value_t::string:
+      return py::str(value.get_ref<const std::string&>());
+    case json::value_t::array: {
+      py::list list(value.size());
+      std::size_t i = 0;
+      for (const json& item : value) list[i++] = to_python(item);
+      return list;
+    }
+    case json::value_t::object: {
+      py::dict dict;
+      for (const auto& [key, item] : value.items()) dict[py::str(key)] = to_python(item);
+      return dict;
+    }
+    case json::value_t::binary:
+    case json::value_t::discarded:
+      break;
+  }
+  throw py::value_error("a JSON value of an unexpected type");
+}
+
+// A run on the text of a control file: its document, with the console, result and block texts,
+// and the stop message of the run (None after a normal end).
+py::tuple run(const std::string& control, const std::string& code) {
+  velmoria::Run_Output output;
+  json document;
+  {
+    py::gil_scoped_release unlocked;
+    output = velmoria::run_velmoria(velmoria::Run_Input{code, control, ""});
+    document = velmoria::run_document(output, code);
+  }
+  py::dict result = to_python(document);
+  result["console"] = py::str(output.console);
+  result["result"] = py::str(output.result);
+  result["block"] = py::str(output.block);
+  const std::string& stop = output.state->stop_message;
+  return py::make_tuple(result, stop.empty() ? py::object(py::none()) : py::str(stop));
+}
+
+// A space group by symbol, by Hall symbol or by generators: (None, document) or (message, None).
+py::tuple group(const std::string& text, const std::string& kind) {
+  velmoria::Group_Text how = velmoria::Group_Text::symbol;
+  if (kind == "hall") {
+    how = velmoria::Group_Text::hall;
+  } else if (kind == "generators") {
+    how = velmoria::Group_Text::generators;
+  } else if (kind != "symbol") {
+    throw py::value_error("kind must be 'symbol', 'hall' or 'generators'");
+  }
+  std::string error;
+  json document;
+  {
+    py::gil_scoped_release unlocked;
+    const velmoria::Group_Lookup found = velmoria::look_up_group(text, how);
+    error = found.error;
+    if (error.empty()) document = velmoria::group_document(found);
+  }
+  if (!error.empty()) return py::make_tuple(error, py::none());
+  return py::make_tuple(py::none(), to_python(document));
+}
+
+// The representations of the little group of k: (None, document) or (message, None).
+py::tuple irreps(const std::string& text, bool by_generators, float kx, float ky, float kz,
+                 const std::string& label) {
+  std::string error;
+  json document;
+  {
+    py::gil_scoped_release unlocked;
+    const velmoria::Irreps_Lookup found =
+        velmoria::look_up_irreps(text, by_generators, velmoria::Vec3{kx, ky, kz}, label);
+    error = found.error;
+    if (error.empty()) document = velmoria::irreps_document(found);
+  }
+  if (!error.empty()) return py::make_tuple(error, py::none());
+  return py::make_tuple(py::none(), to_python(document));
+}
+
+// One component of k as the command line reads it (a number or p/q), or None.
+py::object k_component(const std::string& token) {
+  float value = 0.0F;
+  if (!velmoria::read_k_component(token, value)) return py::none();
+  return py::float_(static_cast<double>(value));
+}
+
+}  // namespace
+
+PYBIND11_MODULE(_velmoria, m) {
+  m.doc() = "The library of Velmoria: runs and look-ups as JSON-shaped Python data";
+  m.def("run", &run, py::arg("control"), py::arg("code"));
+  m.def("group", &group, py::arg("text"), py::arg("kind"));
+  m.def("irreps", &irreps, py::arg("text"), py::arg("by_generators"), py::arg("kx"),
+        py::arg("ky"), py::arg("kz"),
+        py::arg("label"));
+  m.def("k_component", &k_component, py::arg("token"));
+  m.attr("format_version") = velmoria::json_format_version;
+}
