@@ -123,9 +123,8 @@ PYBIND11_MODULE(_velmoria, m) {
   m.doc() = "The library of Velmoria: runs and look-ups as JSON-shaped Python data";
   m.def("run", &run, py::arg("control"), py::arg("code"));
   m.def("group", &group, py::arg("text"), py::arg("kind"));
-  m.def("irreps", &irreps, py::arg("text"), py::arg("by_generators"), py::arg("kx"),
-        py::arg("ky"), py::arg("kz"),
-        py::arg("label"));
+  m.def("irreps", &irreps, py::arg("text"), py::arg("by_generators"), py::arg("kx"), py::arg("ky"),
+        py::arg("kz"), py::arg("label"));
   m.def("k_component", &k_component, py::arg("token"));
   m.attr("format_version") = velmoria::json_format_version;
 }

@@ -106,7 +106,7 @@ def run(control_text, code="run", *, check=False):
     result, stop = _velmoria.run(control_text, code)
     _with_arrays(result)
     if check and stop is not None:
-        raise InputError(stop, result)
+        raise InputError(stop.strip(), result)
     return result
 
 
@@ -144,7 +144,7 @@ def group(text=None, *, hall=False, generators=None):
     kind = "generators" if by_generators else ("hall" if hall else "symbol")
     error, document = _velmoria.group(text, kind)
     if error is not None:
-        raise InputError(error)
+        raise InputError(error.strip())
     return _with_arrays(document)["space_group"]
 
 
@@ -159,7 +159,7 @@ def _k_component(value):
         if not math.isfinite(number):
             raise InputError(f"the component {value} of k is not a number")
         if abs(number) > 1.0e6:
-            raise InputError("A component of k lies beyond +/-1000000")
+            raise InputError("a component of k lies beyond +/-1000000")
         return number
     raise TypeError(f"a component of k must be a number or a str, not {type(value).__name__}")
 
@@ -195,7 +195,7 @@ def irreps(group, k, label=None):
     label = "" if label is None else _text(label, "label")
     error, document = _velmoria.irreps(text, by_generators, kx, ky, kz, label)
     if error is not None:
-        raise InputError(error)
+        raise InputError(error.strip())
     _with_arrays(document)
     document["dims"] = [rep["dimension"] for rep in document.get("representations", [])]
     return document
