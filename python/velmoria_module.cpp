@@ -20,6 +20,15 @@ namespace {
 
 using nlohmann::json;
 
+// A text of the library as a Python str.  The library cuts texts at fixed widths, byte by byte,
+// which can split a character of a UTF-8 input: a broken sequence becomes U+FFFD.
+py::str to_str(const std::string& bytes) {
+  PyObject* decoded =
+      PyUnicode_DecodeUTF8(bytes.data(), static_cast<Py_ssize_t>(bytes.size()), "replace");
+  if (decoded == nullptr) throw py::error_already_set();
+  return py::reinterpret_steal<py::str>(decoded);
+}
+
 // A JSON value as the Python object of the same shape: objects as dicts (keys in the order of
 // the document), arrays as lists, and numbers, strings, booleans and null as themselves.
 py::object to_python(const json& value) {
@@ -35,7 +44,7 @@ py::object to_python(const json& value) {
     case json::value_t::number_float:
       return py::float_(value.get<double>());
     case json::value_t::string:
-      return py::str(value.get_ref<const std::string&>());
+      return to_str(value.get_ref<const std::string&>());
     case json::value_t::array: {
       py::list list(value.size());
       std::size_t i = 0;
@@ -44,7 +53,7 @@ py::object to_python(const json& value) {
     }
     case json::value_t::object: {
       py::dict dict;
-      for (const auto& [key, item] : value.items()) dict[py::str(key)] = to_python(item);
+      for (const auto& [key, item] : value.items()) dict[to_str(key)] = to_python(item);
       return dict;
     }
     case json::value_t::binary:
@@ -65,11 +74,11 @@ py::tuple run(const std::string& control, const std::string& code) {
     document = velmoria::run_document(output, code);
   }
   py::dict result = to_python(document);
-  result["console"] = py::str(output.console);
-  result["result"] = py::str(output.result);
-  result["block"] = py::str(output.block);
+  result["console"] = to_str(output.console);
+  result["result"] = to_str(output.result);
+  result["block"] = to_str(output.block);
   const std::string& stop = output.state->stop_message;
-  return py::make_tuple(result, stop.empty() ? py::object(py::none()) : py::str(stop));
+  return py::make_tuple(result, stop.empty() ? py::object(py::none()) : py::object(to_str(stop)));
 }
 
 // A space group by symbol, by Hall symbol or by generators: (None, document) or (message, None).
@@ -90,7 +99,7 @@ py::tuple group(const std::string& text, const std::string& kind) {
     error = found.error;
     if (error.empty()) document = velmoria::group_document(found);
   }
-  if (!error.empty()) return py::make_tuple(error, py::none());
+  if (!error.empty()) return py::make_tuple(to_str(error), py::none());
   return py::make_tuple(py::none(), to_python(document));
 }
 
@@ -106,7 +115,7 @@ py::tuple irreps(const std::string& text, bool by_generators, float kx, float ky
     error = found.error;
     if (error.empty()) document = velmoria::irreps_document(found);
   }
-  if (!error.empty()) return py::make_tuple(error, py::none());
+  if (!error.empty()) return py::make_tuple(to_str(error), py::none());
   return py::make_tuple(py::none(), to_python(document));
 }
 

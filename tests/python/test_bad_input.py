@@ -13,7 +13,8 @@ BAD_CONTROL = "TITLE  bad group\nSPGR  Q 99 z\nKVEC  0 0 0  GM\nATOM  Fe FE 0 0 
 
 def command_line_error(*args):
     """The message that the command line gives on its error stream, without its name."""
-    run = subprocess.run([program(), *args], capture_output=True, text=True, timeout=60)
+    run = subprocess.run([program(), *args], capture_output=True, text=True, errors="replace",
+                         timeout=60)
     assert run.returncode == 1
     return run.stderr.strip().removeprefix("velmoria: ")
 
@@ -35,14 +36,16 @@ def test_malformed_control_text_stops_the_run_quietly_or_raises_with_check():
 def test_odd_control_texts_never_crash():
     for text in ["", "\n", "SPGR", "SPGR  P 1\nKVEC  a b c\n", "KVEC 0 0 0\n",
                  "SPGR  P 1\x00\nKVEC 0 0 0\nATOM A A 0 0 0\n", "SPGR  " + "P" * 100000,
-                 "SPGR  P 4\nKVEC  1e30 0 0\nATOM A A 0 0 0\n", "ΣPGR  P 1\nKVEC 0 0 0\n"]:
+                 "SPGR  P 4\nKVEC  1e30 0 0\nATOM A A 0 0 0\n", "ΣPGR  P 1\nKVEC 0 0 0\n",
+                 # the program cuts texts at fixed widths, through a character of two bytes
+                 "SPGR  P " + "é" * 40 + "\nKVEC  0 0 0\nATOM  A A 0 0 0\n"]:
         result = velmoria.run(text)
         assert isinstance(result["console"], str)
         assert isinstance(result["finished"], bool)
 
 
 def test_unknown_group_raises_the_program_message():
-    for text in ["Q 99 z", "P 7/q", "231", "x,y"]:
+    for text in ["Q 99 z", "P 7/q", "231", "x,y", "P " + "é" * 40]:
         with pytest.raises(velmoria.InputError) as raised:
             velmoria.group(text)
         assert str(raised.value) == command_line_error("--group", text)
