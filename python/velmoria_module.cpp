@@ -4,10 +4,13 @@
 // may call it at once.  The public functions, the checks of the arguments and the numpy arrays
 // are in velmoria/__init__.py.
 #include <pybind11/pybind11.h>
+#include <pybind11/stl.h>
 
+#include <cmath>
 #include <cstdint>
 #include <nlohmann/json.hpp>
 #include <string>
+#include <vector>
 
 #include "json/run_document.hpp"
 #include "run/lookups.hpp"
@@ -104,14 +107,23 @@ py::tuple group(const std::string& text, const std::string& kind) {
 }
 
 // The representations of the little group of k: (None, document) or (message, None).
-py::tuple irreps(const std::string& text, bool by_generators, float kx, float ky, float kz,
+// k comes as doubles and is refused beyond the range of the command line before it becomes
+// float.
+py::tuple irreps(const std::string& text, bool by_generators, const std::vector<double>& k,
                  const std::string& label) {
+  velmoria::Vec3 vk{};
+  if (k.size() != vk.size()) throw py::value_error("k needs three components");
+  for (std::size_t i = 0; i < vk.size(); ++i) {
+    if (!(std::abs(k[i]) <= 1.0e6)) {
+      return py::make_tuple("a component of k lies beyond +/-1000000", py::none());
+    }
+    vk[i] = static_cast<float>(k[i]);
+  }
   std::string error;
   json document;
   {
     py::gil_scoped_release unlocked;
-    const velmoria::Irreps_Lookup found =
-        velmoria::look_up_irreps(text, by_generators, velmoria::Vec3{kx, ky, kz}, label);
+    const velmoria::Irreps_Lookup found = velmoria::look_up_irreps(text, by_generators, vk, label);
     error = found.error;
     if (error.empty()) document = velmoria::irreps_document(found);
   }
@@ -132,8 +144,8 @@ PYBIND11_MODULE(_velmoria, m) {
   m.doc() = "The library of Velmoria: runs and look-ups as JSON-shaped Python data";
   m.def("run", &run, py::arg("control"), py::arg("code"));
   m.def("group", &group, py::arg("text"), py::arg("kind"));
-  m.def("irreps", &irreps, py::arg("text"), py::arg("by_generators"), py::arg("kx"), py::arg("ky"),
-        py::arg("kz"), py::arg("label"));
+  m.def("irreps", &irreps, py::arg("text"), py::arg("by_generators"), py::arg("k"),
+        py::arg("label"));
   m.def("k_component", &k_component, py::arg("token"));
   m.attr("format_version") = velmoria::json_format_version;
 }

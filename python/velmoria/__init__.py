@@ -191,9 +191,9 @@ def irreps(group, k, label=None):
         raise TypeError(f"k must be a sequence of three components, not {type(k).__name__}") from None
     if len(components) != 3:
         raise InputError(f"k needs three components, not {len(components)}")
-    kx, ky, kz = (_k_component(c) for c in components)
+    k = [_k_component(c) for c in components]
     label = "" if label is None else _text(label, "label")
-    error, document = _velmoria.irreps(text, by_generators, kx, ky, kz, label)
+    error, document = _velmoria.irreps(text, by_generators, k, label)
     if error is not None:
         raise InputError(error.strip())
     _with_arrays(document)
