@@ -1,0 +1,56 @@
+"""Runs and look-ups in several Python threads at once give what they give one after another."""
+
+import random
+from concurrent.futures import ThreadPoolExecutor
+
+import velmoria
+from checks import control_file, same_data
+
+RUNS = ["examples/mnf2.vrn", "examples/hematite.vrn", "examples/p42_x.vrn",
+        "examples/pnma_supplied.vrn", "tests/e2e/cases/p21c_incomm.vrn"]
+
+
+def tasks():
+    work = [("run", control_file(path)) for path in RUNS]
+    work.append(("run", "SPGR  Q 99 z\nKVEC  0 0 0\nATOM  Fe FE 0 0 0\n"))
+    work += [("irreps", ("P n m a", (0, 0, 0.5))), ("irreps", ("F d -3 m", (1, 0, 0))),
+             ("irreps", ("P 63/m m c", (0, 0, 0.3))), ("irreps", ("I a -3 d", (0, 0, 0))),
+             ("irreps", ("Q 99", (0, 0, 0)))]
+    work += [("group", text) for text in ("P 42/m n m", "-F 4vw 2vw 3", "R -3 c", "x,y")]
+    return work
+
+
+def perform(task):
+    kind, argument = task
+    try:
+        if kind == "run":
+            return velmoria.run(argument)
+        if kind == "irreps":
+            return velmoria.irreps(*argument)
+        return velmoria.group(argument)
+    except velmoria.InputError as error:
+        return ("InputError", str(error))
+
+
+def in_threads(work):
+    with ThreadPoolExecutor(max_workers=4) as pool:
+        return list(pool.map(perform, work))
+
+
+def test_runs_in_threads_give_the_sequential_texts():
+    # The texts hold every number a run prints.
+    work = [task for task in tasks() if task[0] == "run"] * 4
+    random.Random(4).shuffle(work)
+    texts = [(r["console"], r["result"], r["block"]) for r in map(perform, work)]
+    assert [(r["console"], r["result"], r["block"]) for r in in_threads(work)] == texts
+    assert len(set(texts)) == len(RUNS) + 1
+
+
+def test_threads_give_the_sequential_documents():
+    work = tasks() * 3
+    random.Random(15).shuffle(work)
+    alone = [perform(task) for task in work]
+    together = in_threads(work)
+    for task, a, b in zip(work, alone, together):
+        assert same_data(a, b) is None, (task, same_data(a, b))
+    assert sum(isinstance(a, tuple) for a in alone) == 2 * 3  # the two bad look-ups
