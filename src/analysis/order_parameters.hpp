@@ -1,0 +1,80 @@
+// Order parameters of the representations found in a run, and a candidate structure for each.
+//
+// For every representation nu of the little group that occurs in the magnetic (or mechanical)
+// representation of at least one site, the real (physically irreducible) representation that a
+// single-k structure m(L,j) = S_k(j) exp(-2 pi i k.R_L) + c.c. spans: nu itself when k is
+// equivalent to -k and nu is of real type, else nu joined with its partner (its conjugate, or the
+// representation of -k), of twice the dimension.  Its carrier is spanned by the basis functions
+// organised by copy and by row (the transfer operators P_a1 give row a from row 1).  The
+// operators of the space group, the lattice translations of the magnetic cell (with their
+// phases) and time reversal (-1 on moments) act on it; the distinct isotropy subgroups of that
+// action give the order-parameter directions, from the most symmetric to the general one.  For
+// each direction a generic arrangement of moments (or displacements) in a cell in which it is
+// periodic is kept as a candidate structure, for a layer around the core to identify its
+// magnetic space group.
+#pragma once
+
+#include <array>
+#include <string>
+#include <vector>
+
+namespace velmoria {
+
+struct Run_State;
+
+// Denominators of the components of k up to this are treated as commensurate.
+constexpr int max_commensurate_denominator = 12;
+
+using Vec3d = std::array<double, 3>;
+
+// One operation of an isotropy subgroup: a space-group operator with a lattice translation of
+// the parent cell, and time reversal.  It keeps the arrangement of its direction.
+struct Isotropy_Operation {
+  int op = 0;           // number of the operator in the space group's list (1-based)
+  Vec3d translation{};  // the full translation: the operator's own plus a parent lattice vector
+  bool time_reversal = false;
+};
+
+// A structure of the parent's atoms in the magnetic cell, with a moment (or displacement) on
+// every atom of the run's sites.  Marker atoms without a moment sit on a general position of the
+// parent group, so that the symmetry of the whole can be no higher than the parent's.
+struct Candidate_Structure {
+  std::array<int, 3> supercell{1, 1, 1};  // the cell: a diagonal multiple of the parent cell
+  std::array<Vec3d, 3> lattice{};          // Cartesian rows a, b, c of the parent cell (a metric
+                                           // that the parent's point group keeps)
+  std::vector<Vec3d> positions;            // fractional coordinates in the supercell
+  std::vector<Vec3d> moments;              // components along the unit vectors of a, b, c
+  std::vector<int> types;                  // 0 a marker atom, s an atom of site s
+  std::vector<std::string> labels;         // the atom's label in the parent cell, e.g. "Mn_1"
+};
+
+struct Order_Parameter_Direction {
+  std::string notation;     // "(a,0)", "(a,a)", "(a,b)", "(a,0,0)", ...
+  int dimension = 0;        // real dimension of the fixed subspace on one copy
+  int free_parameters = 0;  // real parameters of the arrangement: dimension times the copies
+  std::vector<Isotropy_Operation> isotropy;  // the isotropy subgroup (modulo the magnetic cell)
+  Candidate_Structure structure;             // a generic arrangement of the direction
+};
+
+struct Physical_Irrep {
+  int nu = 0;              // number of the representation in the tables of the result file
+  int dimension = 0;       // its dimension d
+  int indicator = 0;       // Frobenius-Schur indicator (1, 0, -1) when k is equivalent to -k
+  bool k_equiv_mk = false; // k is equivalent to -k
+  int partner = 0;         // the conjugate representation joined with nu (0 when none or -k's)
+  int real_dimension = 0;  // d or 2d: the dimension of the real representation
+  int copies = 0;          // copies over all sites of the run
+  std::vector<Order_Parameter_Direction> directions;
+};
+
+struct Magnetic_Candidates {
+  std::string unsupported;  // why nothing was computed (incommensurate k, a denominator above
+                            // 12, a run that stopped early); empty otherwise
+  bool polar = false;       // displacements (polar vectors) rather than moments
+  std::vector<Physical_Irrep> irreps;
+};
+
+// The candidates of a finished run.
+Magnetic_Candidates magnetic_candidates(const Run_State& rs);
+
+}  // namespace velmoria
