@@ -1,4 +1,4 @@
-#include "analysis/order_parameters.hpp"
+#include "run/order_parameters.hpp"
 
 #include "run/run_state.hpp"
 
