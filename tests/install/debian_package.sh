@@ -74,6 +74,9 @@ else
   else
     check "man -w velmoria" test "$(man -w velmoria)" = /usr/share/man/man1/velmoria.1.gz
   fi
+  if [ "$python_module" = 1 ]; then
+    check "the system's Python imports velmoria" bash -c 'cd / && /usr/bin/python3 -c "import velmoria"'
+  fi
   cmake -S "$source/tests/install/consumer" -B "$tmp/consumer" >"$tmp/consumer.txt" 2>&1 &&
     cmake --build "$tmp/consumer" >>"$tmp/consumer.txt" 2>&1
   status=$?

@@ -33,9 +33,11 @@ done
 check "no inner header is installed" test "$(ls "$prefix/include/velmoria")" = "$(printf 'velmoria.hpp\nversion.hpp')"
 if [ "$python_module" = 1 ]; then
   check "installed the Python package" test -f "$prefix/lib/python3/dist-packages/velmoria/__init__.py"
-  check "installed the extension" compgen -G "$prefix/lib/python3/dist-packages/velmoria/_velmoria*.so"
+  check "installed the extension" \
+    bash -c 'compgen -G "$1/lib/python3/dist-packages/velmoria/_velmoria*.so" >/dev/null' _ "$prefix"
   check "the installed Python package imports" \
-    env PYTHONPATH="$prefix/lib/python3/dist-packages" /usr/bin/python3 -c "import velmoria"
+    bash -c 'cd / && PYTHONPATH="$1" /usr/bin/python3 -c "import sys, velmoria
+sys.exit(not velmoria.__file__.startswith(sys.argv[1]))" "$1"' _ "$prefix/lib/python3/dist-packages"
 fi
 
 # The installed program: its version is the project's, and it runs an installed example.
