@@ -19,12 +19,15 @@
 #include "run/run_driver.hpp"
 #include "support/layout.hpp"
 #include "support/text.hpp"
+#include "velmoria/version.hpp"
 
 namespace {
 
 using namespace velmoria;
 
-constexpr const char* version_text = "Velmoria 5.00 (July 2016)";
+// The version of the build (the project's version in CMakeLists.txt).  The banner of the
+// console and the result file keeps the text of the program's first release.
+constexpr const char* version_text = "Velmoria " VELMORIA_VERSION;
 
 void write_usage(std::ostream& os) {
   os << "Usage: velmoria [CODE | FILE] [--json]\n"
