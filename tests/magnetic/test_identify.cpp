@@ -1,0 +1,399 @@
+// The magnetic space groups of hand-built candidate structures, checked against what the
+// arrangements keep worked out by hand, and against the tables of spglib's database.
+#include <gtest/gtest.h>
+
+extern "C" {
+#include <spglib.h>
+}
+
+#include <cmath>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "magnetic/identify.hpp"
+#include "magnetic/mcif.hpp"
+
+namespace velmoria {
+namespace {
+
+struct Op {
+  Mat3i r{};
+  Vec3d t{};
+};
+
+double frac(double x) {
+  return x - std::floor(x + 1e-9);
+}
+
+// An operator in the x,y,z form ("-y+1/2,x+1/2,z+1/2").
+Op parse(const std::string& text) {
+  Op op;
+  int row = 0, sign = 1;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const char c = text[i];
+    if (c == ',') ++row, sign = 1;
+    if (c == '+') sign = 1;
+    if (c == '-') sign = -1;
+    if (c >= 'x' && c <= 'z') op.r[row][c - 'x'] = sign, sign = 1;
+    if (c >= '0' && c <= '9') {
+      const double num = c - '0';
+      const double den = text[i + 2] - '0';
+      op.t[row] = sign * num / den, sign = 1;
+      i += 2;
+    }
+  }
+  return op;
+}
+
+Op product(const Op& a, const Op& b) {
+  Op c;
+  for (int i = 0; i < 3; ++i) {
+    c.t[i] = a.t[i];
+    for (int j = 0; j < 3; ++j) {
+      c.t[i] += a.r[i][j] * b.t[j];
+      for (int k = 0; k < 3; ++k) c.r[i][j] += a.r[i][k] * b.r[k][j];
+    }
+    c.t[i] = frac(c.t[i]);
+  }
+  return c;
+}
+
+bool same_op(const Op& a, const Op& b) {
+  if (a.r != b.r) return false;
+  for (int i = 0; i < 3; ++i)
+    if (std::abs(frac(a.t[i] - b.t[i] + 1e-7) - 1e-7) > 1e-6) return false;
+  return true;
+}
+
+// The group that the generators make, modulo the lattice.
+std::vector<Op> closure(const std::vector<std::string>& generators) {
+  std::vector<Op> g{parse("x,y,z")};
+  for (bool grew = true; grew;) {
+    grew = false;
+    for (const auto& text : generators)
+      for (std::size_t i = 0; i < g.size(); ++i) {
+        const Op p = product(parse(text), g[i]);
+        bool known = false;
+        for (const auto& q : g) known = known || same_op(p, q);
+        if (!known) g.push_back(p), grew = true;
+      }
+  }
+  return g;
+}
+
+Vec3d image(const Op& op, const Vec3d& x) {
+  Vec3d y{};
+  for (int i = 0; i < 3; ++i) {
+    y[i] = op.t[i];
+    for (int j = 0; j < 3; ++j) y[i] += op.r[i][j] * x[j];
+  }
+  return y;
+}
+
+// A structure in the supercell: the given atoms (parent coordinates, in the supercell's first
+// parent cell or beyond), and marker atoms on the general-position orbit of the parent group
+// in every parent cell of the supercell.
+struct Builder {
+  Candidate_Structure s;
+  void atom(const Vec3d& parent_position, const Vec3d& moment, int type, const std::string& label) {
+    Vec3d x{};
+    for (int i = 0; i < 3; ++i) x[i] = frac(parent_position[i] / s.supercell[i]);
+    s.positions.push_back(x);
+    s.moments.push_back(moment);
+    s.types.push_back(type);
+    s.labels.push_back(label);
+  }
+  void markers(const std::vector<Op>& group) {
+    std::vector<Vec3d> orbit;
+    for (const auto& op : group) {
+      Vec3d y = image(op, Vec3d{0.11, 0.23, 0.37});
+      for (double& v : y) v = frac(v);
+      orbit.push_back(y);
+    }
+    for (int i = 0; i < s.supercell[0]; ++i)
+      for (int j = 0; j < s.supercell[1]; ++j)
+        for (int k = 0; k < s.supercell[2]; ++k)
+          for (const auto& y : orbit) atom({y[0] + i, y[1] + j, y[2] + k}, {0, 0, 0}, 0, "X");
+  }
+};
+
+const std::vector<std::string> p42mnm{"-x,-y,z", "-y+1/2,x+1/2,z+1/2", "-x+1/2,y+1/2,-z+1/2",
+                                      "-x,-y,-z"};
+const std::vector<std::string> p4mmm{"-x,-y,z", "-y,x,z", "-x,y,-z", "-x,-y,-z"};
+const std::vector<std::string> pm3m{"-y,x,z", "z,x,y", "y,x,-z", "-x,-y,-z"};
+
+Candidate_Structure tetragonal(double a, double c, std::array<int, 3> supercell) {
+  Candidate_Structure s;
+  s.supercell = supercell;
+  s.lattice = {Vec3d{a, 0, 0}, Vec3d{0, a, 0}, Vec3d{0, 0, c}};
+  return s;
+}
+
+// MnF2: Mn at 2a with moments mz1 and mz2 along c.
+Candidate_Structure mnf2(double mz1, double mz2) {
+  Builder b{tetragonal(4.87, 3.31, {1, 1, 1})};
+  b.atom({0, 0, 0}, {0, 0, mz1}, 1, "Mn_1");
+  b.atom({0.5, 0.5, 0.5}, {0, 0, mz2}, 1, "Mn_2");
+  b.markers(closure(p42mnm));
+  return b.s;
+}
+
+double determinant(const Mat3i& m) {
+  return m[0][0] * (m[1][1] * m[2][2] - m[1][2] * m[2][1]) -
+         m[0][1] * (m[1][0] * m[2][2] - m[1][2] * m[2][0]) +
+         m[0][2] * (m[1][0] * m[2][1] - m[1][1] * m[2][0]);
+}
+
+// Every operation of the group carries the structure (in the magnetic cell, as the cell's
+// basis and origin place it) onto itself, moments with det(R) R and time reversal.
+void expect_operations_keep(const Candidate_Structure& s, const Identification& id) {
+  // Atoms of the structure in the magnetic cell: x_m = B^-1 (S x - o), B the cell's columns.
+  const auto& B = id.cell.basis;
+  const double d = B[0][0] * (B[1][1] * B[2][2] - B[2][1] * B[1][2]) -
+                   B[1][0] * (B[0][1] * B[2][2] - B[2][1] * B[0][2]) +
+                   B[2][0] * (B[0][1] * B[1][2] - B[1][1] * B[0][2]);
+  ASSERT_GT(std::abs(d), 1e-6);
+  struct Atom {
+    Vec3d x, m;
+    int type;
+  };
+  std::vector<Atom> atoms;
+  for (std::size_t a = 0; a < s.positions.size(); ++a) {
+    Vec3d p{};
+    for (int i = 0; i < 3; ++i) p[i] = s.supercell[i] * s.positions[a][i] - id.cell.origin[i];
+    // Solve sum_j x_j B[j] = p by Cramer's rule.
+    Vec3d x{};
+    for (int j = 0; j < 3; ++j) {
+      auto C = B;
+      C[j] = p;
+      x[j] = frac((C[0][0] * (C[1][1] * C[2][2] - C[2][1] * C[1][2]) -
+                   C[1][0] * (C[0][1] * C[2][2] - C[2][1] * C[0][2]) +
+                   C[2][0] * (C[0][1] * C[1][2] - C[1][1] * C[0][2])) /
+                  d);
+    }
+    // Moments along the Cartesian axes (the lattices here are orthogonal).
+    Vec3d m{};
+    for (int i = 0; i < 3; ++i) m[i] = s.moments[a][i];
+    atoms.push_back({x, m, s.types[a]});
+  }
+  // Cartesian rotation of a fractional one in an orthogonal magnetic cell with axes along the
+  // parent's: R_cart = D R D^-1 with D the lengths; the parent axes may be permuted, so go
+  // through the Cartesian rows.
+  const auto& L = id.cell_lattice;
+  for (const auto& op : id.operations) {
+    std::array<Vec3d, 3> rc{};
+    for (int r = 0; r < 3; ++r)
+      for (int c = 0; c < 3; ++c)
+        for (int i = 0; i < 3; ++i)
+          for (int j = 0; j < 3; ++j) {
+            const double li = std::sqrt(L[i][0] * L[i][0] + L[i][1] * L[i][1] + L[i][2] * L[i][2]);
+            const double lj = std::sqrt(L[j][0] * L[j][0] + L[j][1] * L[j][1] + L[j][2] * L[j][2]);
+            rc[r][c] += L[i][r] / li * op.rotation[i][j] * li / lj * L[j][c] / lj;
+          }
+    const double sgn = (determinant(op.rotation) > 0 ? 1 : -1) * (op.time_reversal ? -1 : 1);
+    for (const auto& a : atoms) {
+      Vec3d y{}, m{};
+      for (int i = 0; i < 3; ++i) {
+        y[i] = op.translation[i];
+        for (int j = 0; j < 3; ++j)
+          y[i] += op.rotation[i][j] * a.x[j], m[i] += sgn * rc[i][j] * a.m[j];
+      }
+      bool found = false;
+      for (const auto& b : atoms) {
+        bool at = b.type == a.type;
+        for (int i = 0; i < 3; ++i) {
+          const double dx = y[i] - b.x[i];
+          at = at && std::abs(dx - std::round(dx)) < 1e-6 && std::abs(m[i] - b.m[i]) < 1e-6;
+        }
+        found = found || at;
+      }
+      ASSERT_TRUE(found) << operation_text(op, true) << " loses an atom";
+    }
+  }
+}
+
+// The time reversal of the tabulated group `uni` (standard setting) for each linear part.
+std::set<std::pair<Mat3i, bool>> tabulated(int uni) {
+  static int rot[384][3][3];
+  static double tr[384][3];
+  static int rev[384];
+  const int n = spg_get_magnetic_symmetry_from_database(rot, tr, rev, uni, 0);
+  std::set<std::pair<Mat3i, bool>> out;
+  for (int k = 0; k < n; ++k) {
+    Mat3i r{};
+    for (int i = 0; i < 3; ++i)
+      for (int j = 0; j < 3; ++j) r[i][j] = rot[k][i][j];
+    out.insert({r, rev[k] != 0});
+  }
+  return out;
+}
+
+std::set<std::pair<Mat3i, bool>> linear_parts(const Identification& id) {
+  std::set<std::pair<Mat3i, bool>> out;
+  for (const auto& op : id.operations) out.insert({op.rotation, op.time_reversal});
+  return out;
+}
+
+TEST(MagneticGroups, MnF2AntiferromagnetAlongCIsP42primeMnmPrime) {
+  const Candidate_Structure s = mnf2(1, -1);
+  const Identification id = identify(s, false);
+  ASSERT_TRUE(id.error.empty()) << id.error;
+  EXPECT_EQ(id.bns_number, "136.499");
+  EXPECT_EQ(id.type, 3);
+  EXPECT_EQ(id.bns_symbol, "P4_2'/mnm'");
+  EXPECT_EQ(id.cell.text, "a,b,c;0,0,0");
+  ASSERT_EQ(id.operations.size(), 16u);
+  // By hand: a moment along c turns with det(R) R_zz; an operator with a half translation
+  // exchanges the two Mn, whose moments are opposite.  Time reversal makes up the difference.
+  for (const auto& op : id.operations) {
+    const bool exchanges = std::abs(op.translation[0] - 0.5) < 1e-9;
+    const bool flips = determinant(op.rotation) * op.rotation[2][2] < 0;
+    EXPECT_EQ(op.time_reversal, exchanges != flips) << operation_text(op, true);
+  }
+  expect_operations_keep(s, id);
+  // The tabulated group of that number has the same primes on the same linear parts.
+  EXPECT_EQ(tabulated(id.uni_number), linear_parts(id));
+  // The magnetic site symmetry of Mn at the origin allows a moment along c only.
+  ASSERT_EQ(id.atoms.size(), 1u);
+  EXPECT_EQ(id.atoms[0].symmform, "0,0,mz");
+}
+
+TEST(MagneticGroups, MnF2FerromagnetAlongCIsP42MnPrimeMPrime) {
+  const Candidate_Structure s = mnf2(1, 1);
+  const Identification id = identify(s, false);
+  ASSERT_TRUE(id.error.empty()) << id.error;
+  EXPECT_EQ(id.type, 3);
+  EXPECT_EQ(id.bns_symbol, "P4_2/mn'm'");
+  ASSERT_EQ(id.operations.size(), 16u);
+  // By hand: both Mn carry the same moment, so only det(R) R_zz decides.
+  for (const auto& op : id.operations) {
+    const bool flips = determinant(op.rotation) * op.rotation[2][2] < 0;
+    EXPECT_EQ(op.time_reversal, flips) << operation_text(op, true);
+  }
+  expect_operations_keep(s, id);
+  EXPECT_EQ(tabulated(id.uni_number), linear_parts(id));
+  EXPECT_EQ(id.bns_number.substr(0, 4), "136.");
+  EXPECT_NE(id.bns_number, "136.499");
+  ASSERT_EQ(id.atoms.size(), 1u);
+  EXPECT_EQ(id.atoms[0].symmform, "0,0,mz");
+}
+
+TEST(MagneticGroups, NoMomentGivesTheGreyGroup) {
+  // No moment at all: the grey group of the parent, every operator with and without time
+  // reversal.
+  const Identification plane = identify(mnf2(0, 0), false);
+  ASSERT_TRUE(plane.error.empty()) << plane.error;
+  EXPECT_EQ(plane.type, 2);
+  EXPECT_EQ(plane.bns_symbol, "P4_2/mnm1'");
+  EXPECT_EQ(plane.operations.size(), 32u);
+  EXPECT_EQ(spg_get_magnetic_spacegroup_type(plane.uni_number).number, 136);
+}
+
+TEST(MagneticGroups, ZoneBoundaryAntiferromagnetHasAnAntiTranslation) {
+  // P4/mmm, one atom at the origin, moments along c alternating along a: k = (1/2,0,0).
+  Builder b{tetragonal(4.0, 6.0, {2, 1, 1})};
+  b.atom({0, 0, 0}, {0, 0, 1}, 1, "Fe_1");
+  b.atom({1, 0, 0}, {0, 0, -1}, 1, "Fe_1");
+  b.markers(closure(p4mmm));
+  const Identification id = identify(b.s, false);
+  ASSERT_TRUE(id.error.empty()) << id.error;
+  EXPECT_EQ(id.type, 4);
+  EXPECT_TRUE(id.bns_symbol.empty());  // type IV: the number alone
+  expect_operations_keep(b.s, id);
+  // The translation a of the parent comes with time reversal only.
+  bool anti = false, plain = false;
+  for (const auto& op : id.operations) {
+    if (op.rotation != Mat3i{{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}}) continue;
+    Vec3d p{};  // the translation in the parent's coordinates
+    for (int i = 0; i < 3; ++i)
+      for (int j = 0; j < 3; ++j) p[i] += id.cell.basis[j][i] * op.translation[j];
+    // a modulo the lattice of the supercell (2a, b, c)
+    const bool is_a = std::abs(p[0] - 1 - 2 * std::round((p[0] - 1) / 2)) < 1e-6 &&
+                      std::abs(p[1] - std::round(p[1])) < 1e-6 &&
+                      std::abs(p[2] - std::round(p[2])) < 1e-6;
+    if (is_a) (op.time_reversal ? anti : plain) = true;
+  }
+  EXPECT_TRUE(anti);
+  EXPECT_FALSE(plain);
+  // The 4-fold axis turns the stripes along a into stripes along b: the point group is mmm.
+  std::set<Mat3i> rotations;
+  for (const auto& op : id.operations) rotations.insert(op.rotation);
+  EXPECT_EQ(rotations.size(), 8u);
+}
+
+TEST(MagneticGroups, DistortedPerovskites) {
+  const std::vector<Op> cubic = closure(pm3m);
+  ASSERT_EQ(cubic.size(), 48u);
+  const auto perovskite = [&](std::array<int, 3> supercell) {
+    Builder b;
+    b.s.supercell = supercell;
+    b.s.lattice = {Vec3d{4, 0, 0}, Vec3d{0, 4, 0}, Vec3d{0, 0, 4}};
+    return b;
+  };
+  // A polar mode at the zone centre: B up, the oxygens down along z.  P4mm by hand.
+  Builder g = perovskite({1, 1, 1});
+  g.atom({0, 0, 0}, {0, 0, 0}, 1, "Sr_1");
+  g.atom({0.5, 0.5, 0.5}, {0, 0, 1}, 2, "Ti_1");
+  g.atom({0.5, 0.5, 0}, {0, 0, -0.5}, 3, "O_1");
+  g.atom({0.5, 0, 0.5}, {0, 0, -0.3}, 3, "O_2");
+  g.atom({0, 0.5, 0.5}, {0, 0, -0.3}, 3, "O_3");
+  g.markers(cubic);
+  const Identification polar = identify(g.s, true);
+  ASSERT_TRUE(polar.error.empty()) << polar.error;
+  EXPECT_EQ(polar.space_group_number, 99);
+  EXPECT_EQ(polar.space_group_symbol, "P4mm");
+  // Out-of-phase rotations of the octahedra about c (R point, a0a0c-): I4/mcm by hand.
+  Builder r = perovskite({2, 2, 2});
+  for (int i = 0; i < 2; ++i)
+    for (int j = 0; j < 2; ++j)
+      for (int k = 0; k < 2; ++k) {
+        const double s = ((i + j + k) % 2 == 0) ? 1 : -1;
+        r.atom({i + 0.0, j + 0.0, k + 0.0}, {0, 0, 0}, 1, "Sr_1");
+        r.atom({i + 0.5, j + 0.5, k + 0.5}, {0, 0, 0}, 2, "Ti_1");
+        r.atom({i + 0.5, j + 0.5, k + 0.0}, {0, 0, 0}, 3, "O_1");
+        r.atom({i + 0.5, j + 0.0, k + 0.5}, {s, 0, 0}, 3, "O_2");
+        r.atom({i + 0.0, j + 0.5, k + 0.5}, {0, -s, 0}, 3, "O_3");
+      }
+  r.markers(cubic);
+  const Identification tilt = identify(r.s, true);
+  ASSERT_TRUE(tilt.error.empty()) << tilt.error;
+  EXPECT_EQ(tilt.space_group_number, 140);
+  EXPECT_EQ(tilt.space_group_symbol, "I4/mcm");
+}
+
+TEST(MagneticGroups, BadCandidatesGiveAMessage) {
+  Candidate_Structure s = mnf2(1, -1);
+  s.types.pop_back();
+  EXPECT_FALSE(identify(s, false).error.empty());
+  Candidate_Structure empty;
+  EXPECT_FALSE(identify(empty, false).error.empty());
+  Candidate_Structure flat = mnf2(1, -1);
+  flat.lattice[2] = flat.lattice[0];
+  EXPECT_FALSE(identify(flat, false).error.empty());
+  Candidate_Structure nan = mnf2(1, -1);
+  nan.moments[0][2] = std::nan("");
+  EXPECT_FALSE(identify(nan, false).error.empty());
+}
+
+TEST(MagneticGroups, SymmformOfSiteSymmetries) {
+  const std::array<Vec3d, 3> cubic{Vec3d{4, 0, 0}, Vec3d{0, 4, 0}, Vec3d{0, 0, 4}};
+  const auto op = [](const std::string& text, bool reversal) {
+    const Op o = parse(text);
+    return Magnetic_Operation{o.r, o.t, reversal};
+  };
+  // m_z keeps an axial vector along z; m_z' keeps one in the plane.
+  EXPECT_EQ(moment_symmform({op("x,y,-z", false)}, cubic), "0,0,mz");
+  EXPECT_EQ(moment_symmform({op("x,y,-z", true)}, cubic), "mx,my,0");
+  // The diagonal mirror (y,x,z) keeps axial vectors along its normal [1-10].
+  EXPECT_EQ(moment_symmform({op("y,x,z", false)}, cubic), "mx,-mx,0");
+  EXPECT_EQ(moment_symmform({op("y,x,z", true)}, cubic), "mx,mx,mz");
+  // Inversion keeps every axial vector; inversion with time reversal none.
+  EXPECT_EQ(moment_symmform({op("-x,-y,-z", false)}, cubic), "mx,my,mz");
+  EXPECT_EQ(moment_symmform({op("-x,-y,-z", true)}, cubic), "0,0,0");
+  // A polar vector under a mirror m_z lies in the plane.
+  EXPECT_EQ(moment_symmform({op("x,y,-z", false)}, cubic, false), "dx,dy,0");
+}
+
+}  // namespace
+}  // namespace velmoria
