@@ -158,8 +158,8 @@ std::string mcif_text(const Identification& id, const Parent_Info& parent,
   out += "_parent_space_group.name_H-M_alt  '" + parent.space_group + "'\n";
   out += "_parent_space_group.IT_number  " + std::to_string(parent.number) + "\n";
   out += "_parent_space_group.child_transform_Pp_abc  '" + id.cell.text + "'\n\n";
-  out += "loop_\n_parent_propagation_vector.id\n_parent_propagation_vector.kxkykz\nk1 [";
-  for (int i = 0; i < 3; ++i) out += fraction_text(parent.k[i]) + (i < 2 ? " " : "]\n\n");
+  out += "loop_\n_parent_propagation_vector.id\n_parent_propagation_vector.kxkykz\nk1 '[";
+  for (int i = 0; i < 3; ++i) out += fraction_text(parent.k[i]) + (i < 2 ? " " : "]'\n\n");
   std::vector<Magnetic_Operation> representatives, centring;
   split_operations(id.operations, representatives, centring);
   if (id.polar) {

@@ -109,7 +109,7 @@ Magnetic_Report magnetic_report(const Magnetic_Candidates& candidates, const Par
 }
 
 std::string magnetic_section(const Magnetic_Report& report) {
-  const std::string rule = " " + std::string(90, '-') + "\n";
+  const std::string rule = std::string(80, '-') + "\n";
   std::string s = "\n" + rule;
   s += report.polar ? " => SPACE GROUPS OF THE ORDER-PARAMETER DIRECTIONS (displacements)\n"
                     : " => MAGNETIC SPACE GROUPS OF THE ORDER-PARAMETER DIRECTIONS\n";

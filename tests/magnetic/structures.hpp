@@ -1,0 +1,145 @@
+// Hand-built candidate structures for the tests of the magnetic layer: operators in the x,y,z
+// form, the group their generators make, and structures with marker atoms on a general
+// position of the parent group.
+#pragma once
+
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "magnetic/identify.hpp"
+
+namespace velmoria::test_structures {
+
+struct Op {
+  Mat3i r{};
+  Vec3d t{};
+};
+
+inline double frac(double x) {
+  return x - std::floor(x + 1e-9);
+}
+
+// An operator in the x,y,z form ("-y+1/2,x+1/2,z+1/2").
+inline Op parse(const std::string& text) {
+  Op op;
+  int row = 0, sign = 1;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const char c = text[i];
+    if (c == ',') ++row, sign = 1;
+    if (c == '+') sign = 1;
+    if (c == '-') sign = -1;
+    if (c >= 'x' && c <= 'z') op.r[row][c - 'x'] = sign, sign = 1;
+    if (c >= '0' && c <= '9') {
+      const double num = c - '0';
+      const double den = text[i + 2] - '0';
+      op.t[row] = sign * num / den, sign = 1;
+      i += 2;
+    }
+  }
+  return op;
+}
+
+inline Op product(const Op& a, const Op& b) {
+  Op c;
+  for (int i = 0; i < 3; ++i) {
+    c.t[i] = a.t[i];
+    for (int j = 0; j < 3; ++j) {
+      c.t[i] += a.r[i][j] * b.t[j];
+      for (int k = 0; k < 3; ++k) c.r[i][j] += a.r[i][k] * b.r[k][j];
+    }
+    c.t[i] = frac(c.t[i]);
+  }
+  return c;
+}
+
+inline bool same_op(const Op& a, const Op& b) {
+  if (a.r != b.r) return false;
+  for (int i = 0; i < 3; ++i)
+    if (std::abs(frac(a.t[i] - b.t[i] + 1e-7) - 1e-7) > 1e-6) return false;
+  return true;
+}
+
+// The group that the generators make, modulo the lattice.
+inline std::vector<Op> closure(const std::vector<std::string>& generators) {
+  std::vector<Op> g{parse("x,y,z")};
+  for (bool grew = true; grew;) {
+    grew = false;
+    for (const auto& text : generators)
+      for (std::size_t i = 0; i < g.size(); ++i) {
+        const Op p = product(parse(text), g[i]);
+        bool known = false;
+        for (const auto& q : g) known = known || same_op(p, q);
+        if (!known) g.push_back(p), grew = true;
+      }
+  }
+  return g;
+}
+
+inline Vec3d image(const Op& op, const Vec3d& x) {
+  Vec3d y{};
+  for (int i = 0; i < 3; ++i) {
+    y[i] = op.t[i];
+    for (int j = 0; j < 3; ++j) y[i] += op.r[i][j] * x[j];
+  }
+  return y;
+}
+
+// A structure in the supercell: the given atoms (parent coordinates, in the supercell's first
+// parent cell or beyond), and marker atoms on the general-position orbit of the parent group
+// in every parent cell of the supercell.
+struct Builder {
+  Candidate_Structure s;
+  void atom(const Vec3d& parent_position, const Vec3d& moment, int type, const std::string& label) {
+    Vec3d x{};
+    for (int i = 0; i < 3; ++i) x[i] = frac(parent_position[i] / s.supercell[i]);
+    s.positions.push_back(x);
+    s.moments.push_back(moment);
+    s.types.push_back(type);
+    s.labels.push_back(label);
+  }
+  void markers(const std::vector<Op>& group) {
+    std::vector<Vec3d> orbit;
+    for (const auto& op : group) {
+      Vec3d y = image(op, Vec3d{0.11, 0.23, 0.37});
+      for (double& v : y) v = frac(v);
+      orbit.push_back(y);
+    }
+    for (int i = 0; i < s.supercell[0]; ++i)
+      for (int j = 0; j < s.supercell[1]; ++j)
+        for (int k = 0; k < s.supercell[2]; ++k)
+          for (const auto& y : orbit) atom({y[0] + i, y[1] + j, y[2] + k}, {0, 0, 0}, 0, "X");
+  }
+};
+
+inline const std::vector<std::string> p42mnm{"-x,-y,z", "-y+1/2,x+1/2,z+1/2", "-x+1/2,y+1/2,-z+1/2",
+                                             "-x,-y,-z"};
+inline const std::vector<std::string> p4mmm{"-x,-y,z", "-y,x,z", "-x,y,-z", "-x,-y,-z"};
+inline const std::vector<std::string> pm3m{"-y,x,z", "z,x,y", "y,x,-z", "-x,-y,-z"};
+
+inline Candidate_Structure tetragonal(double a, double c, std::array<int, 3> supercell) {
+  Candidate_Structure s;
+  s.supercell = supercell;
+  s.lattice = {Vec3d{a, 0, 0}, Vec3d{0, a, 0}, Vec3d{0, 0, c}};
+  return s;
+}
+
+// MnF2: Mn at 2a with moments mz1 and mz2 along c.
+inline Candidate_Structure mnf2(double mz1, double mz2) {
+  Builder b{tetragonal(4.87, 3.31, {1, 1, 1})};
+  b.atom({0, 0, 0}, {0, 0, mz1}, 1, "Mn_1");
+  b.atom({0.5, 0.5, 0.5}, {0, 0, mz2}, 1, "Mn_2");
+  b.markers(closure(p42mnm));
+  return b.s;
+}
+
+// P4/mmm, one atom at the origin, moments along c alternating along a: k = (1/2,0,0).
+inline Candidate_Structure stripes() {
+  Builder b{tetragonal(4.0, 6.0, {2, 1, 1})};
+  b.atom({0, 0, 0}, {0, 0, 1}, 1, "Fe_1");
+  b.atom({1, 0, 0}, {0, 0, -1}, 1, "Fe_1");
+  b.markers(closure(p4mmm));
+  return b.s;
+}
+
+}  // namespace velmoria::test_structures
