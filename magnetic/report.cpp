@@ -115,9 +115,7 @@ std::string magnetic_section(const Magnetic_Report& report) {
                     : " => MAGNETIC SPACE GROUPS OF THE ORDER-PARAMETER DIRECTIONS\n";
   s += rule;
   if (!report.unsupported.empty())
-    return s +
-           " => The symmetry of the candidate structures was not computed: " + report.unsupported +
-           "\n";
+    return s + " => No candidate structure was identified: " + report.unsupported + "\n";
   if (report.irreps.empty())
     return s + " => No representation occurs in the representation of the sites\n";
   for (const auto& ir : report.irreps) {

@@ -7,6 +7,7 @@ extern "C" {
 }
 
 #include <cmath>
+#include <map>
 #include <set>
 #include <string>
 #include <vector>
@@ -270,6 +271,48 @@ TEST(MagneticGroups, SymmformOfSiteSymmetries) {
   EXPECT_EQ(moment_symmform({op("-x,-y,-z", true)}, cubic), "0,0,0");
   // A polar vector under a mirror m_z lies in the plane.
   EXPECT_EQ(moment_symmform({op("x,y,-z", false)}, cubic, false), "dx,dy,0");
+}
+
+}  // namespace
+}  // namespace velmoria
+
+namespace velmoria {
+namespace {
+
+// Every group of type I, II and III in spglib's table, in the standard setting of its family
+// group, gets a symbol, and no two groups the same one.
+TEST(MagneticGroups, SymbolsOfTheWholeTableAreDistinct) {
+  std::array<int, 231> first_hall{};
+  for (int h = 530; h >= 1; --h) first_hall[spg_get_spacegroup_type(h).number] = h;
+  static int rot[384][3][3];
+  static double tr[384][3];
+  static int rev[384];
+  std::map<std::string, std::string> seen;
+  int symbols = 0;
+  for (int uni = 1; uni <= 1651; ++uni) {
+    const SpglibMagneticSpacegroupType t = spg_get_magnetic_spacegroup_type(uni);
+    if (t.type == 4) continue;
+    const int hall = first_hall[t.number];
+    const int n = spg_get_magnetic_symmetry_from_database(rot, tr, rev, uni, hall);
+    ASSERT_GT(n, 0) << t.bns_number;
+    std::vector<Magnetic_Operation> ops;
+    for (int k = 0; k < n; ++k) {
+      Magnetic_Operation op;
+      for (int i = 0; i < 3; ++i) {
+        for (int j = 0; j < 3; ++j) op.rotation[i][j] = rot[k][i][j];
+        op.translation[i] = tr[k][i];
+      }
+      op.time_reversal = rev[k] != 0;
+      ops.push_back(op);
+    }
+    const std::string symbol = bns_symbol_of(ops, hall, t.type);
+    EXPECT_FALSE(symbol.empty()) << t.bns_number;
+    if (symbol.empty()) continue;
+    ++symbols;
+    const auto [at, fresh] = seen.emplace(symbol, t.bns_number);
+    EXPECT_TRUE(fresh) << symbol << " for " << t.bns_number << " and " << at->second;
+  }
+  EXPECT_EQ(symbols, 1651 - 517);  // the groups of type IV are 517
 }
 
 }  // namespace
