@@ -240,6 +240,21 @@ TEST(MagneticGroups, DistortedPerovskites) {
   EXPECT_EQ(tilt.space_group_symbol, "I4/mcm");
 }
 
+TEST(MagneticGroups, HematiteBelowTheMorinTransitionIsR3primeCprime) {
+  // By hand: inversion carries Fe at (0,0,z), +, onto (0,0,-z), -, and keeps an axial vector:
+  // it comes with time reversal (-3').  The two-fold axis y,x,-z+1/2 carries (0,0,z) onto
+  // (0,0,1/2-z), which is -, and turns m_z into -m_z: no time reversal; the c glide, their
+  // product, comes with it.
+  const Identification id = identify(hematite(), false);
+  ASSERT_TRUE(id.error.empty()) << id.error;
+  EXPECT_EQ(id.type, 3);
+  EXPECT_EQ(id.bns_symbol, "R-3'c'");
+  EXPECT_EQ(spg_get_magnetic_spacegroup_type(id.uni_number).number, 167);
+  ASSERT_EQ(id.atoms.size(), 1u);
+  EXPECT_EQ(id.atoms[0].symmform, "0,0,mz");
+  EXPECT_EQ(tabulated(id.uni_number), linear_parts(id));
+}
+
 TEST(MagneticGroups, BadCandidatesGiveAMessage) {
   Candidate_Structure s = mnf2(1, -1);
   s.types.pop_back();

@@ -139,7 +139,7 @@ def check_samples(samples_program):
         r = subprocess.run([samples_program, tmp], capture_output=True, text=True, timeout=60)
         check(r.returncode == 0, f"the hand-built files are written: {r.stderr}")
         files = sorted(f for f in os.listdir(tmp) if f.endswith(".mcif"))
-        check(len(files) == 3, "three hand-built files")
+        check(len(files) == 4, "four hand-built files")
         found = {f: check_file(os.path.join(tmp, f), f) for f in files}
         check(found.get("mnf2_afm.mcif") == "136.499", "MnF2 with moments +c, -c is 136.499")
         with open(os.path.join(tmp, "mnf2_afm.mcif")) as f:

@@ -15,6 +15,7 @@ int main(int argc, char** argv) {
     return 2;
   }
   const Parent_Info rutile{"P 42/m n m", 136, Vec3d{0, 0, 0}, "MnF2"};
+  const Parent_Info corundum{"R -3 c", 167, Vec3d{0, 0, 0}, "hematite below the Morin transition"};
   const Parent_Info tetragonal_p{"P 4/m m m", 123, Vec3d{0.5, 0, 0}, "stripes along a"};
   const struct {
     const char* name;
@@ -22,7 +23,8 @@ int main(int argc, char** argv) {
     Parent_Info parent;
   } samples[] = {{"mnf2_afm", mnf2(1, -1), rutile},
                  {"mnf2_fm", mnf2(1, 1), rutile},
-                 {"stripes", stripes(), tetragonal_p}};
+                 {"stripes", stripes(), tetragonal_p},
+                 {"hematite", hematite(), corundum}};
   for (const auto& s : samples) {
     const Identification id = identify(s.structure, false);
     if (!id.error.empty()) {
