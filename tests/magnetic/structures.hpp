@@ -159,4 +159,18 @@ inline Candidate_Structure hematite() {
   return b.s;
 }
 
+// Cubic perovskite SrTiO3 (P m -3 m) with a polar mode at the zone centre: Ti up, the oxygens
+// down along c (the apical one more than the two others).  P4mm by hand.
+inline Candidate_Structure polar_perovskite() {
+  Builder b;
+  b.s.lattice = {Vec3d{4, 0, 0}, Vec3d{0, 4, 0}, Vec3d{0, 0, 4}};
+  b.atom({0, 0, 0}, {0, 0, 0}, 1, "Sr_1");
+  b.atom({0.5, 0.5, 0.5}, {0, 0, 1}, 2, "Ti_1");
+  b.atom({0.5, 0.5, 0}, {0, 0, -0.5}, 3, "O_1");
+  b.atom({0.5, 0, 0.5}, {0, 0, -0.3}, 3, "O_2");
+  b.atom({0, 0.5, 0.5}, {0, 0, -0.3}, 3, "O_3");
+  b.markers(closure(pm3m));
+  return b.s;
+}
+
 }  // namespace velmoria::test_structures

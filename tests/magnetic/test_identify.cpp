@@ -209,15 +209,7 @@ TEST(MagneticGroups, DistortedPerovskites) {
     b.s.lattice = {Vec3d{4, 0, 0}, Vec3d{0, 4, 0}, Vec3d{0, 0, 4}};
     return b;
   };
-  // A polar mode at the zone centre: B up, the oxygens down along z.  P4mm by hand.
-  Builder g = perovskite({1, 1, 1});
-  g.atom({0, 0, 0}, {0, 0, 0}, 1, "Sr_1");
-  g.atom({0.5, 0.5, 0.5}, {0, 0, 1}, 2, "Ti_1");
-  g.atom({0.5, 0.5, 0}, {0, 0, -0.5}, 3, "O_1");
-  g.atom({0.5, 0, 0.5}, {0, 0, -0.3}, 3, "O_2");
-  g.atom({0, 0.5, 0.5}, {0, 0, -0.3}, 3, "O_3");
-  g.markers(cubic);
-  const Identification polar = identify(g.s, true);
+  const Identification polar = identify(polar_perovskite(), true);
   ASSERT_TRUE(polar.error.empty()) << polar.error;
   EXPECT_EQ(polar.space_group_number, 99);
   EXPECT_EQ(polar.space_group_symbol, "P4mm");

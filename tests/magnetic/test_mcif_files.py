@@ -71,6 +71,8 @@ def check_file(path, name):
         check(False, f"{name}: gemmi cannot read the file: {e}")
         return None
     check(True, f"{name}: read by gemmi")
+    if block.find_value("_space_group.IT_number") is not None:
+        return check_polar_file(block, name)
     bns = block.find_value("_space_group_magn.number_BNS")
     check(bns is not None, f"{name}: the file states a BNS number")
     for tag in ("_parent_space_group.name_H-M_alt", "_parent_space_group.child_transform_Pp_abc",
@@ -134,14 +136,42 @@ def check_file(path, name):
     return bns
 
 
+def check_polar_file(block, name):
+    """A distorted structure: its atoms carried by its operations, and a general position,
+    make the space group that the file states."""
+    number = int(block.find_value("_space_group.IT_number"))
+    lat = lattice_of(block)
+    ops = [parse_operation(s + ",+1") for s in loop_column(block, "_space_group_symop.operation_xyz")]
+    labels = loop_column(block, "_atom_site_label")
+    xyz = [[float(gemmi.cif.as_number(v)) for v in block.find_values("_atom_site_fract_" + c)]
+           for c in "xyz"]
+    check(len(ops) > 0 and len(labels) > 0, f"{name}: operations and atoms given")
+    positions, numbers = [], []
+    for a in range(len(labels)):
+        for r, t, _ in ops:
+            x = (r @ np.array([xyz[0][a], xyz[1][a], xyz[2][a]]) + t) % 1.0
+            if not any(n == a + 1 and np.allclose((x - p + 0.5) % 1.0 - 0.5, 0, atol=1e-5)
+                       for p, n in zip(positions, numbers)):
+                positions.append(x)
+                numbers.append(a + 1)
+    for r, t, _ in ops:
+        positions.append((r @ np.array([0.1131, 0.2271, 0.3417]) + t) % 1.0)
+        numbers.append(999)
+    ds = spglib.get_symmetry_dataset((lat, np.array(positions), np.array(numbers)), symprec=1e-4)
+    found = ds["number"] if ds else None
+    check(found == number, f"{name}: spglib finds space group {found}, the file states {number}")
+    return str(number)
+
+
 def check_samples(samples_program):
     with tempfile.TemporaryDirectory() as tmp:
         r = subprocess.run([samples_program, tmp], capture_output=True, text=True, timeout=60)
         check(r.returncode == 0, f"the hand-built files are written: {r.stderr}")
         files = sorted(f for f in os.listdir(tmp) if f.endswith(".mcif"))
-        check(len(files) == 4, "four hand-built files")
+        check(len(files) == 5, "five hand-built files")
         found = {f: check_file(os.path.join(tmp, f), f) for f in files}
         check(found.get("mnf2_afm.mcif") == "136.499", "MnF2 with moments +c, -c is 136.499")
+        check(found.get("polar_perovskite.mcif") == "99", "the polar perovskite is P4mm, 99")
         with open(os.path.join(tmp, "mnf2_afm.mcif")) as f:
             check("\"P4_2'/mnm'\"" in f.read(), "MnF2's file names the group P4_2'/mnm'")
 

@@ -17,16 +17,19 @@ int main(int argc, char** argv) {
   const Parent_Info rutile{"P 42/m n m", 136, Vec3d{0, 0, 0}, "MnF2"};
   const Parent_Info corundum{"R -3 c", 167, Vec3d{0, 0, 0}, "hematite below the Morin transition"};
   const Parent_Info tetragonal_p{"P 4/m m m", 123, Vec3d{0.5, 0, 0}, "stripes along a"};
+  const Parent_Info cubic{"P m -3 m", 221, Vec3d{0, 0, 0}, "polar SrTiO3"};
   const struct {
     const char* name;
     Candidate_Structure structure;
     Parent_Info parent;
-  } samples[] = {{"mnf2_afm", mnf2(1, -1), rutile},
-                 {"mnf2_fm", mnf2(1, 1), rutile},
-                 {"stripes", stripes(), tetragonal_p},
-                 {"hematite", hematite(), corundum}};
+    bool polar;
+  } samples[] = {{"mnf2_afm", mnf2(1, -1), rutile, false},
+                 {"mnf2_fm", mnf2(1, 1), rutile, false},
+                 {"stripes", stripes(), tetragonal_p, false},
+                 {"hematite", hematite(), corundum, false},
+                 {"polar_perovskite", polar_perovskite(), cubic, true}};
   for (const auto& s : samples) {
-    const Identification id = identify(s.structure, false);
+    const Identification id = identify(s.structure, s.polar);
     if (!id.error.empty()) {
       std::cerr << s.name << ": " << id.error << "\n";
       return 1;
