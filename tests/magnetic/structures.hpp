@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "magnetic/identify.hpp"
+#include "run/order_parameters.hpp"
 
 namespace velmoria::test_structures {
 
@@ -171,6 +172,31 @@ inline Candidate_Structure polar_perovskite() {
   b.atom({0, 0.5, 0.5}, {0, 0, -0.3}, 3, "O_3");
   b.markers(closure(pm3m));
   return b.s;
+}
+
+// Candidates of MnF2 as the analysis would give them: a one-dimensional representation with
+// the direction (a), moments +c and -c, and a direction (b) whose candidate is malformed.
+inline Magnetic_Candidates mnf2_candidates() {
+  Magnetic_Candidates c;
+  Physical_Irrep ir;
+  ir.nu = 3;
+  ir.dimension = 1;
+  ir.indicator = 1;
+  ir.k_equiv_mk = true;
+  ir.real_dimension = 1;
+  ir.copies = 1;
+  Order_Parameter_Direction d;
+  d.notation = "(a)";
+  d.dimension = 1;
+  d.free_parameters = 1;
+  d.structure = mnf2(1, -1);
+  ir.directions.push_back(d);
+  d.notation = "(b)";
+  d.structure = mnf2(1, -1);
+  d.structure.types.pop_back();  // lists of different lengths: not identified
+  ir.directions.push_back(d);
+  c.irreps.push_back(ir);
+  return c;
 }
 
 }  // namespace velmoria::test_structures

@@ -174,6 +174,18 @@ def check_samples(samples_program):
         check(found.get("polar_perovskite.mcif") == "99", "the polar perovskite is P4mm, 99")
         with open(os.path.join(tmp, "mnf2_afm.mcif")) as f:
             check("\"P4_2'/mnm'\"" in f.read(), "MnF2's file names the group P4_2'/mnm'")
+        # The value of the document's "magnetic" key for hand-built candidates.
+        with open(os.path.join(ROOT, "schema", "velmoria.schema.json")) as f:
+            schema = json.load(f)
+        with open(os.path.join(tmp, "magnetic.json")) as f:
+            value = json.load(f)
+        part = {"$schema": schema["$schema"], "$defs": schema["$defs"],
+                "$ref": "#/$defs/magnetic"}
+        errors = [e.message[:100] for e in jsonschema.Draft202012Validator(part).iter_errors(value)]
+        check(not errors, f"the magnetic value meets the schema: {errors[:3]}")
+        direction = value["representations"][0]["directions"][0]
+        check(direction["bns_number"] == "136.499" and direction["mcif"] == "mnf2_ir3_1.mcif",
+              "the magnetic value names 136.499 and its file")
 
 
 def read(path):

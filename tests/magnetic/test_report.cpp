@@ -12,29 +12,6 @@ namespace {
 
 using namespace test_structures;
 
-Magnetic_Candidates mnf2_candidates() {
-  Magnetic_Candidates c;
-  Physical_Irrep ir;
-  ir.nu = 3;
-  ir.dimension = 1;
-  ir.indicator = 1;
-  ir.k_equiv_mk = true;
-  ir.real_dimension = 1;
-  ir.copies = 1;
-  Order_Parameter_Direction d;
-  d.notation = "(a)";
-  d.dimension = 1;
-  d.free_parameters = 1;
-  d.structure = mnf2(1, -1);
-  ir.directions.push_back(d);
-  d.notation = "(b)";
-  d.structure = mnf2(1, -1);
-  d.structure.types.pop_back();  // lists of different lengths: not identified
-  ir.directions.push_back(d);
-  c.irreps.push_back(ir);
-  return c;
-}
-
 const Parent_Info parent{"P 42/m n m", 136, Vec3d{0, 0, 0}, "MnF2"};
 
 TEST(MagneticReport, SectionFilesAndDocumentOfHandBuiltCandidates) {

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "magnetic/mcif.hpp"
+#include "magnetic/report.hpp"
 #include "magnetic/structures.hpp"
 
 int main(int argc, char** argv) {
@@ -38,5 +39,8 @@ int main(int argc, char** argv) {
     f << mcif_text(id, s.parent, s.name);
     if (!f) return 1;
   }
-  return 0;
+  // The "magnetic" value of a run's document, for the schema.
+  std::ofstream j(std::string(argv[1]) + "/magnetic.json");
+  j << magnetic_json(magnetic_report(mnf2_candidates(), rutile, "mnf2")).dump(1) << "\n";
+  return j ? 0 : 1;
 }
