@@ -428,6 +428,12 @@ std::string bns_symbol_of(const std::vector<Magnetic_Operation>& operations, int
                           int type) {
   if (type < 1 || type > 3 || hall_number < 1 || hall_number > 530) return {};
   const SpglibSpacegroupType t = spg_get_spacegroup_type(hall_number);
+  // Only in the standard setting of the type (an origin choice aside): the symbol of another
+  // setting would name the group in axes that BNS does not use.
+  int first = 1;
+  while (first < hall_number && spg_get_spacegroup_type(first).number != t.number) ++first;
+  if (std::string(spg_get_spacegroup_type(first).international_short) != t.international_short)
+    return {};
   std::string shorter = t.international;
   if (const auto eq = shorter.find(" = "); eq != std::string::npos) shorter.resize(eq);
   const std::vector<std::string> tokens = split(shorter, ' ');

@@ -64,7 +64,8 @@ Identification identify(const Candidate_Structure& structure, bool polar);
 // space group (Hall number hall_number): the family group's short Hermann-Mauguin symbol with a
 // prime on every element whose operators come with time reversal, 1' for type II.  Empty when
 // an element of the symbol has no operator in the list, when operators with one linear part
-// disagree on time reversal, and for type IV.
+// disagree on time reversal, when the setting is not the standard one of its type, and for
+// type IV.
 std::string bns_symbol_of(const std::vector<Magnetic_Operation>& operations, int hall_number,
                           int type);
 
