@@ -7,9 +7,7 @@ extern "C" {
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
-#include <map>
 #include <memory>
-#include <set>
 #include <sstream>
 
 namespace velmoria {
@@ -372,8 +370,8 @@ bool is_element(const Mat3i& r, const std::string& symbol, const Dir& d) {
   return det_r == -1 && order(negated(r)) == 2 && fixes(negated(r), d, 1);
 }
 
-// The prime of an element: "'" when its operators carry time reversal, "" when not; nullopt
-// (here: "?") when no operator is that element or its operators disagree.
+// The prime of an element: "'" when its operators carry time reversal, "" when not, "?" when
+// no operator is that element or its operators disagree.
 std::string prime_of(const std::vector<Magnetic_Operation>& ops, const std::string& symbol,
                      const Dir& d) {
   if (symbol == "1") return "";
