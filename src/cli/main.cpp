@@ -16,6 +16,8 @@
 
 #include "cli/queries.hpp"
 #include "json/run_document.hpp"
+#include "magnetic/report.hpp"
+#include "run/order_parameters.hpp"
 #include "run/run_driver.hpp"
 #include "support/layout.hpp"
 #include "support/text.hpp"
@@ -30,7 +32,7 @@ using namespace velmoria;
 constexpr const char* version_text = "Velmoria " VELMORIA_VERSION;
 
 void write_usage(std::ostream& os) {
-  os << "Usage: velmoria [CODE | FILE] [--json]\n"
+  os << "Usage: velmoria [CODE | FILE] [--json] [--magnetic]\n"
         "       velmoria --group TEXT [--json]\n"
         "       velmoria --group --hall HALL [--json]\n"
         "       velmoria --group --gen \"g1; g2; ...\" [--json]\n"
@@ -62,6 +64,10 @@ void write_usage(std::ostream& os) {
         "             k, star, little group, representations, sites, basis functions,\n"
         "             warnings, stop message) as one JSON document.  With --group or\n"
         "             --irreps, prints the look-up as a JSON document instead of the listing.\n"
+        "  --magnetic with a run, adds at the end of CODE.vmr the magnetic space group (for\n"
+        "             displacements the space group) of every order-parameter direction of\n"
+        "             every physically irreducible representation, and writes a magnetic CIF\n"
+        "             CODE_ir<nu>_<n>.mcif for each; with --json the document holds them too.\n"
         "  --help     shows this text.   --version  shows the version.\n";
 }
 
@@ -114,7 +120,24 @@ std::string without_normal_end(std::string console) {
   return console;
 }
 
-int run_code(const std::string& argument, bool have_argument, bool json) {
+// The magnetic space groups of the run's candidate structures; `code` the code of its files.
+Magnetic_Report magnetic_of(const Run_Output& output, const std::string& code) {
+  Magnetic_Report report;
+  if (!output.state) {
+    report.unsupported = "the run did not start";
+    return report;
+  }
+  try {
+    const std::string base = std::filesystem::path(code).filename().string();
+    report = magnetic_report(magnetic_candidates(*output.state), parent_of(*output.state), base);
+  } catch (const std::exception& e) {
+    report = Magnetic_Report{};
+    report.unsupported = std::string("internal error: ") + e.what();
+  }
+  return report;
+}
+
+int run_code(const std::string& argument, bool have_argument, bool json, bool magnetic) {
   std::string console;
   put_items(console, " ");
   put_items(console, " ");
@@ -170,13 +193,26 @@ int run_code(const std::string& argument, bool have_argument, bool json) {
   std::cout << console << std::flush;
 
   const Run_Output output = run_velmoria(input);
-  std::vector<std::pair<std::string, const std::string*>> files{{code + ".vmr", &output.result},
-                                                                {code + ".tw", &output.block}};
+  Magnetic_Report report;
+  std::string result_with_section;
+  if (magnetic) {
+    report = magnetic_of(output, code);
+    result_with_section = output.result + magnetic_section(report);
+  }
+  std::vector<std::pair<std::string, const std::string*>> files{
+      {code + ".vmr", magnetic ? &result_with_section : &output.result},
+      {code + ".tw", &output.block}};
   std::string document;
   if (json) {
-    document = document_text(run_document(output, code));
+    nlohmann::json doc = run_document(output, code);
+    if (magnetic) doc["magnetic"] = magnetic_json(report);
+    document = document_text(doc);
     files.emplace_back(code + ".json", &document);
   }
+  const std::filesystem::path folder = std::filesystem::path(code).parent_path();
+  for (const auto& ir : report.irreps)
+    for (const auto& d : ir.directions)
+      if (!d.mcif_name.empty()) files.emplace_back((folder / d.mcif_name).string(), &d.mcif);
   std::string failures;
   for (const auto& [name, text] : files) {
     if (const auto why = write_file(name, *text)) {
@@ -201,6 +237,10 @@ int main(int argc, char** argv) {
   const auto json_flag = std::remove(args.begin(), args.end(), std::string("--json"));
   const bool json = json_flag != args.end();
   args.erase(json_flag, args.end());
+  // So may --magnetic, with a run.
+  const auto magnetic_flag = std::remove(args.begin(), args.end(), std::string("--magnetic"));
+  const bool magnetic = magnetic_flag != args.end();
+  args.erase(magnetic_flag, args.end());
   if (!args.empty() && args[0].size() > 1 && args[0][0] == '-') {
     const std::string option = args[0];
     if (option == "--help" || option == "-h") {
@@ -210,6 +250,10 @@ int main(int argc, char** argv) {
     if (option == "--version") {
       std::cout << version_text << "\n";
       return 0;
+    }
+    if (magnetic) {
+      std::cerr << "velmoria: --magnetic goes with a run, not with " << option << "\n";
+      return 2;
     }
     if (json) args.emplace_back("--json");  // the look-ups read it among their arguments
     try {
@@ -224,5 +268,5 @@ int main(int argc, char** argv) {
     return 2;
   }
   const bool have_argument = !args.empty() && !velmoria::is_blank(args[0]);
-  return run_code(have_argument ? args[0] : std::string(), have_argument, json);
+  return run_code(have_argument ? args[0] : std::string(), have_argument, json, magnetic);
 }

@@ -1,0 +1,202 @@
+// Hand-built candidate structures for the tests of the magnetic layer: operators in the x,y,z
+// form, the group their generators make, and structures with marker atoms on a general
+// position of the parent group.
+#pragma once
+
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "magnetic/identify.hpp"
+#include "run/order_parameters.hpp"
+
+namespace velmoria::test_structures {
+
+struct Op {
+  Mat3i r{};
+  Vec3d t{};
+};
+
+inline double frac(double x) {
+  return x - std::floor(x + 1e-9);
+}
+
+// An operator in the x,y,z form ("-y+1/2,x+1/2,z+1/2").
+inline Op parse(const std::string& text) {
+  Op op;
+  int row = 0, sign = 1;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const char c = text[i];
+    if (c == ',') ++row, sign = 1;
+    if (c == '+') sign = 1;
+    if (c == '-') sign = -1;
+    if (c >= 'x' && c <= 'z') op.r[row][c - 'x'] = sign, sign = 1;
+    if (c >= '0' && c <= '9') {
+      const double num = c - '0';
+      const double den = text[i + 2] - '0';
+      op.t[row] = sign * num / den, sign = 1;
+      i += 2;
+    }
+  }
+  return op;
+}
+
+inline Op product(const Op& a, const Op& b) {
+  Op c;
+  for (int i = 0; i < 3; ++i) {
+    c.t[i] = a.t[i];
+    for (int j = 0; j < 3; ++j) {
+      c.t[i] += a.r[i][j] * b.t[j];
+      for (int k = 0; k < 3; ++k) c.r[i][j] += a.r[i][k] * b.r[k][j];
+    }
+    c.t[i] = frac(c.t[i]);
+  }
+  return c;
+}
+
+inline bool same_op(const Op& a, const Op& b) {
+  if (a.r != b.r) return false;
+  for (int i = 0; i < 3; ++i)
+    if (std::abs(frac(a.t[i] - b.t[i] + 1e-7) - 1e-7) > 1e-6) return false;
+  return true;
+}
+
+// The group that the generators make, modulo the lattice.
+inline std::vector<Op> closure(const std::vector<std::string>& generators) {
+  std::vector<Op> g{parse("x,y,z")};
+  for (bool grew = true; grew;) {
+    grew = false;
+    for (const auto& text : generators)
+      for (std::size_t i = 0; i < g.size(); ++i) {
+        const Op p = product(parse(text), g[i]);
+        bool known = false;
+        for (const auto& q : g) known = known || same_op(p, q);
+        if (!known) g.push_back(p), grew = true;
+      }
+  }
+  return g;
+}
+
+inline Vec3d image(const Op& op, const Vec3d& x) {
+  Vec3d y{};
+  for (int i = 0; i < 3; ++i) {
+    y[i] = op.t[i];
+    for (int j = 0; j < 3; ++j) y[i] += op.r[i][j] * x[j];
+  }
+  return y;
+}
+
+// A structure in the supercell: the given atoms (parent coordinates, in the supercell's first
+// parent cell or beyond), and marker atoms on the general-position orbit of the parent group
+// in every parent cell of the supercell.
+struct Builder {
+  Candidate_Structure s;
+  void atom(const Vec3d& parent_position, const Vec3d& moment, int type, const std::string& label) {
+    Vec3d x{};
+    for (int i = 0; i < 3; ++i) x[i] = frac(parent_position[i] / s.supercell[i]);
+    s.positions.push_back(x);
+    s.moments.push_back(moment);
+    s.types.push_back(type);
+    s.labels.push_back(label);
+  }
+  void markers(const std::vector<Op>& group) {
+    std::vector<Vec3d> orbit;
+    for (const auto& op : group) {
+      Vec3d y = image(op, Vec3d{0.11, 0.23, 0.37});
+      for (double& v : y) v = frac(v);
+      orbit.push_back(y);
+    }
+    for (int i = 0; i < s.supercell[0]; ++i)
+      for (int j = 0; j < s.supercell[1]; ++j)
+        for (int k = 0; k < s.supercell[2]; ++k)
+          for (const auto& y : orbit) atom({y[0] + i, y[1] + j, y[2] + k}, {0, 0, 0}, 0, "X");
+  }
+};
+
+inline const std::vector<std::string> p42mnm{"-x,-y,z", "-y+1/2,x+1/2,z+1/2", "-x+1/2,y+1/2,-z+1/2",
+                                             "-x,-y,-z"};
+inline const std::vector<std::string> p4mmm{"-x,-y,z", "-y,x,z", "-x,y,-z", "-x,-y,-z"};
+inline const std::vector<std::string> pm3m{"-y,x,z", "z,x,y", "y,x,-z", "-x,-y,-z"};
+
+inline Candidate_Structure tetragonal(double a, double c, std::array<int, 3> supercell) {
+  Candidate_Structure s;
+  s.supercell = supercell;
+  s.lattice = {Vec3d{a, 0, 0}, Vec3d{0, a, 0}, Vec3d{0, 0, c}};
+  return s;
+}
+
+// MnF2: Mn at 2a with moments mz1 and mz2 along c.
+inline Candidate_Structure mnf2(double mz1, double mz2) {
+  Builder b{tetragonal(4.87, 3.31, {1, 1, 1})};
+  b.atom({0, 0, 0}, {0, 0, mz1}, 1, "Mn_1");
+  b.atom({0.5, 0.5, 0.5}, {0, 0, mz2}, 1, "Mn_2");
+  b.markers(closure(p42mnm));
+  return b.s;
+}
+
+// P4/mmm, one atom at the origin, moments along c alternating along a: k = (1/2,0,0).
+inline Candidate_Structure stripes() {
+  Builder b{tetragonal(4.0, 6.0, {2, 1, 1})};
+  b.atom({0, 0, 0}, {0, 0, 1}, 1, "Fe_1");
+  b.atom({1, 0, 0}, {0, 0, -1}, 1, "Fe_1");
+  b.markers(closure(p4mmm));
+  return b.s;
+}
+
+// Hematite in hexagonal axes (R-3c), Fe at 12c (0,0,z) with moments along c in the order
+// + - - + of (0,0,z), (0,0,-z+1/2), (0,0,-z), (0,0,z+1/2), the same in the centred cells.
+inline Candidate_Structure hematite() {
+  Builder b;
+  const double a = 5.035, c = 13.75;
+  b.s.lattice = {Vec3d{a, 0, 0}, Vec3d{-a / 2, a * std::sqrt(3.0) / 2, 0}, Vec3d{0, 0, c}};
+  const double z = 0.1053;
+  const Vec3d centring[3] = {{0, 0, 0}, {2.0 / 3, 1.0 / 3, 1.0 / 3}, {1.0 / 3, 2.0 / 3, 2.0 / 3}};
+  const double heights[4] = {z, 0.5 - z, -z, 0.5 + z};
+  const double signs[4] = {1, -1, -1, 1};
+  for (const auto& t : centring)
+    for (int i = 0; i < 4; ++i)
+      b.atom({t[0], t[1], t[2] + heights[i]}, {0, 0, signs[i]}, 1, "Fe_" + std::to_string(i + 1));
+  b.markers(closure({"-y,x-y,z", "y,x,-z+1/2", "-x,-y,-z", "x+2/3,y+1/3,z+1/3"}));
+  return b.s;
+}
+
+// Cubic perovskite SrTiO3 (P m -3 m) with a polar mode at the zone centre: Ti up, the oxygens
+// down along c (the apical one more than the two others).  P4mm by hand.
+inline Candidate_Structure polar_perovskite() {
+  Builder b;
+  b.s.lattice = {Vec3d{4, 0, 0}, Vec3d{0, 4, 0}, Vec3d{0, 0, 4}};
+  b.atom({0, 0, 0}, {0, 0, 0}, 1, "Sr_1");
+  b.atom({0.5, 0.5, 0.5}, {0, 0, 1}, 2, "Ti_1");
+  b.atom({0.5, 0.5, 0}, {0, 0, -0.5}, 3, "O_1");
+  b.atom({0.5, 0, 0.5}, {0, 0, -0.3}, 3, "O_2");
+  b.atom({0, 0.5, 0.5}, {0, 0, -0.3}, 3, "O_3");
+  b.markers(closure(pm3m));
+  return b.s;
+}
+
+// Candidates of MnF2 as the analysis would give them: a one-dimensional representation with
+// the direction (a), moments +c and -c, and a direction (b) whose candidate is malformed.
+inline Magnetic_Candidates mnf2_candidates() {
+  Magnetic_Candidates c;
+  Physical_Irrep ir;
+  ir.nu = 3;
+  ir.dimension = 1;
+  ir.indicator = 1;
+  ir.k_equiv_mk = true;
+  ir.real_dimension = 1;
+  ir.copies = 1;
+  Order_Parameter_Direction d;
+  d.notation = "(a)";
+  d.dimension = 1;
+  d.free_parameters = 1;
+  d.structure = mnf2(1, -1);
+  ir.directions.push_back(d);
+  d.notation = "(b)";
+  d.structure = mnf2(1, -1);
+  d.structure.types.pop_back();  // lists of different lengths: not identified
+  ir.directions.push_back(d);
+  c.irreps.push_back(ir);
+  return c;
+}
+
+}  // namespace velmoria::test_structures

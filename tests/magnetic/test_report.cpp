@@ -1,0 +1,70 @@
+// The section of the result file, the files and the JSON of --magnetic, from hand-built
+// candidates of MnF2 (two directions of a one-dimensional representation and a bad candidate).
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "magnetic/report.hpp"
+#include "magnetic/structures.hpp"
+
+namespace velmoria {
+namespace {
+
+using namespace test_structures;
+
+const Parent_Info parent{"P 42/m n m", 136, Vec3d{0, 0, 0}, "MnF2"};
+
+TEST(MagneticReport, SectionFilesAndDocumentOfHandBuiltCandidates) {
+  const Magnetic_Report r = magnetic_report(mnf2_candidates(), parent, "mnf2");
+  ASSERT_EQ(r.irreps.size(), 1u);
+  ASSERT_EQ(r.irreps[0].directions.size(), 2u);
+  const auto& good = r.irreps[0].directions[0];
+  const auto& bad = r.irreps[0].directions[1];
+  EXPECT_EQ(good.mcif_name, "mnf2_ir3_1.mcif");
+  EXPECT_NE(good.mcif.find("_space_group_magn.number_BNS  136.499\n"), std::string::npos);
+  EXPECT_NE(good.mcif.find("_parent_space_group.child_transform_Pp_abc  'a,b,c;0,0,0'"),
+            std::string::npos);
+  EXPECT_TRUE(bad.mcif_name.empty());  // no file for a candidate that was not identified
+  EXPECT_TRUE(bad.mcif.empty());
+
+  const std::string s = magnetic_section(r);
+  EXPECT_NE(s.find("MAGNETIC SPACE GROUPS OF THE ORDER-PARAMETER DIRECTIONS"), std::string::npos);
+  EXPECT_NE(s.find(" => IRrep(3): dimension 1, Frobenius-Schur indicator 1: real representation "
+                   "of dimension 1 (d)"),
+            std::string::npos);
+  EXPECT_NE(s.find("Direction (a): BNS 136.499 P4_2'/mnm'   OG 136.5.1156   type III"),
+            std::string::npos);
+  EXPECT_NE(s.find("Cell: (a,b,c;0,0,0)   Free parameters: 1   File: mnf2_ir3_1.mcif"),
+            std::string::npos);
+  EXPECT_NE(s.find("Direction (b): the group was not found"), std::string::npos);
+
+  const nlohmann::json j = magnetic_json(r);
+  EXPECT_TRUE(j["computed"]);
+  const auto& d0 = j["representations"][0]["directions"][0];
+  EXPECT_EQ(d0["bns_number"], "136.499");
+  EXPECT_EQ(d0["bns_symbol"], "P4_2'/mnm'");
+  EXPECT_EQ(d0["type"], 3);
+  EXPECT_EQ(d0["cell"]["transformation"], "a,b,c;0,0,0");
+  EXPECT_EQ(d0["mcif"], "mnf2_ir3_1.mcif");
+  const auto& d1 = j["representations"][0]["directions"][1];
+  EXPECT_TRUE(d1["mcif"].is_null());
+  EXPECT_TRUE(d1["bns_number"].is_null());
+  EXPECT_TRUE(d1["error"].is_string());
+}
+
+TEST(MagneticReport, UnsupportedCaseGivesOneLineAndNoFile) {
+  Magnetic_Candidates c;
+  c.unsupported = "k is incommensurate: the symmetry is a superspace group";
+  const Magnetic_Report r = magnetic_report(c, parent, "x");
+  EXPECT_TRUE(r.irreps.empty());
+  const std::string s = magnetic_section(r);
+  EXPECT_NE(s.find(" => No candidate structure was identified: k is incommensurate"),
+            std::string::npos);
+  const nlohmann::json j = magnetic_json(r);
+  EXPECT_FALSE(j["computed"]);
+  EXPECT_EQ(j["unsupported"], c.unsupported);
+  EXPECT_TRUE(j["representations"].empty());
+}
+
+}  // namespace
+}  // namespace velmoria
