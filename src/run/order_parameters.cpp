@@ -81,7 +81,8 @@ bool reciprocal_vector(const Frame& f, const Vec3d& h) {
   return true;
 }
 
-// The denominator (up to `most`) of x, 0 when there is none.
+// The denominator (up to `most`) of x, 0 when there is none.  A component that is no fraction
+// with a denominator up to 24 is taken as incommensurate (0.28 is not read as 7/25).
 int denominator(double x, int most) {
   for (int q = 1; q <= most; ++q) {
     if (std::abs(x * q - std::round(x * q)) < 2.0e-4) return q;
@@ -107,7 +108,7 @@ std::string scope_problem(const Run_State& rs) {
   for (int i = 0; i < 3; ++i) {
     const double c = static_cast<double>(rs.sv.vk[i]);
     if (denominator(c, max_commensurate_denominator) > 0) continue;
-    if (denominator(c, 48) > 0) {
+    if (denominator(c, 2 * max_commensurate_denominator) > 0) {
       return "A component of the propagation vector has a denominator above 12: the magnetic "
              "cell is too large, and no order parameters are computed.";
     }

@@ -6,9 +6,12 @@
 
 #include <cmath>
 #include <complex>
+#include <filesystem>
+#include <fstream>
 #include <map>
 #include <numbers>
 #include <set>
+#include <sstream>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -557,6 +560,7 @@ TEST(OrderParameters, UnsupportedInputGivesASentence) {
     const char* words;
   } cases[] = {
       {"SPGR P m m m\nKVEC 0.13 0 0 DT\nVMODE AXI\nATOM Fe FE 0 0 0\n", "incommensurate"},
+      {"SPGR P 21/c\nKVEC 0.0 0.28 0.0 DT\nVMODE AXI\nATOM Fe FE 0.1 0.2 0.3\n", "incommensurate"},
       {"SPGR P m m m\nKVEC 0.0625 0 0 DT\nVMODE AXI\nATOM Fe FE 0 0 0\n", "above 12"},
       {"SPGR P 1\nKVEC 0.5 half 0 X\n", "stopped early"},
       {"SPGR P m m m\nKVEC 0 0 0 GM\n", "no analysed sites"},
@@ -567,8 +571,50 @@ TEST(OrderParameters, UnsupportedInputGivesASentence) {
     EXPECT_TRUE(c.mc.irreps.empty());
   }
   // The run keeps 1/16 as read, so the denominator seen is 16.
-  const Case c = analyse(cases[1].text);
+  const Case c = analyse(cases[2].text);
   EXPECT_FLOAT_EQ(state(c).sv.vk[0], 0.0625f);
+}
+
+}  // namespace
+}  // namespace velmoria
+
+namespace velmoria {
+namespace {
+
+// Every control file of the examples, of the end-to-end cases and of the fuzzers' run corpus:
+// either a sentence says why nothing was computed, or every representation has its copies,
+// a real dimension of d or 2d, and directions whose last one is the whole carrier.
+TEST(OrderParameters, EveryKnownControlFileIsHandled) {
+  namespace fs = std::filesystem;
+  const fs::path root(VELMORIA_SOURCE_DIR);
+  std::vector<fs::path> files;
+  for (const fs::path& dir : {root / "examples", root / "tests" / "e2e" / "cases",
+                              root / "tests" / "fuzz_corpus" / "run"}) {
+    for (const auto& entry : fs::directory_iterator(dir)) {
+      const std::string ext = entry.path().extension().string();
+      if (dir.filename() == "run" || ext == ".vrn") files.push_back(entry.path());
+    }
+  }
+  ASSERT_GT(files.size(), 20U);
+  int computed = 0;
+  for (const fs::path& file : files) {
+    std::ifstream in(file, std::ios::binary);
+    std::ostringstream text;
+    text << in.rdbuf();
+    const Case c = analyse(text.str());
+    if (!c.mc.unsupported.empty()) {
+      EXPECT_TRUE(c.mc.irreps.empty()) << file;
+      continue;
+    }
+    ++computed;
+    for (const Physical_Irrep& pi : c.mc.irreps) {
+      EXPECT_TRUE(pi.real_dimension == pi.dimension || pi.real_dimension == 2 * pi.dimension)
+          << file << " IR" << pi.nu;
+      ASSERT_FALSE(pi.directions.empty()) << file;
+      EXPECT_EQ(pi.directions.back().dimension, pi.real_dimension) << file;
+    }
+  }
+  EXPECT_GT(computed, 5);
 }
 
 }  // namespace
