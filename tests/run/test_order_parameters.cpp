@@ -499,6 +499,42 @@ TEST(OrderParameters, FrobeniusSchurIndicator) {
   expect_rows_transform_by_d(pbca, "Pbca R");
 }
 
+// A sweep of non-symmorphic groups over the points of the zone boundary where k is equivalent
+// to -k: the indicator is 1, 0 or -1, it is 0 exactly when a character is not real, the real
+// dimension follows it, and the rows transform by D with the phases of the screws and glides.
+TEST(OrderParameters, RealityAcrossNonSymmorphicGroups) {
+  const char* groups[] = {"P 21/c",    "P n m a",    "P b c a", "P 42/m n m",
+                          "P 4/n c c", "P 63/m m c", "P a -3",  "P -4 21 c"};
+  const char* points[] = {"0.5 0 0", "0 0 0.5", "0.5 0.5 0", "0 0.5 0.5", "0.5 0.5 0.5"};
+  int pseudo_real = 0, complex = 0;
+  for (const char* g : groups) {
+    for (const char* k : points) {
+      const std::string text =
+          std::string("SPGR ") + g + "\nKVEC " + k + "\nVMODE AXI\nATOM Fe FE 0.1 0.2 0.3\n";
+      const Case c = analyse(text);
+      ASSERT_TRUE(c.mc.unsupported.empty()) << text;
+      const lorsk_proc& st = state(c).store;
+      for (const Physical_Irrep& pi : c.mc.irreps) {
+        EXPECT_TRUE(pi.k_equiv_mk) << text;
+        EXPECT_TRUE(pi.indicator >= -1 && pi.indicator <= 1) << text;
+        bool real = true;
+        for (int op = 1; op <= st.ngk; ++op) {
+          Cd chi = 0.0;
+          for (int a = 1; a <= pi.dimension; ++a) chi += element(st, a, a, pi.nu, op);
+          real = real && std::abs(chi.imag()) < 1e-3;
+        }
+        EXPECT_EQ(pi.indicator == 0, !real) << text << " IR" << pi.nu;
+        pseudo_real += pi.indicator == -1 ? 1 : 0;
+        complex += pi.indicator == 0 ? 1 : 0;
+      }
+      expect_real_dimension_rule(c, text);
+      expect_rows_transform_by_d(c, text);
+    }
+  }
+  EXPECT_GT(pseudo_real, 0);
+  EXPECT_GT(complex, 0);
+}
+
 // Several crystal systems, centred lattices included: the rows transform by D, the real
 // dimension follows the rule, and the isotropy of every candidate is exact.
 TEST(OrderParameters, PropertiesAcrossCrystalSystems) {
