@@ -27,8 +27,7 @@ namespace {
 using namespace op_detail;
 
 constexpr double two_pi = 2.0 * std::numbers::pi;
-constexpr double position_tol = 1.0e-3;  // coordinates are held as float
-constexpr double null_tol = 1.0e-6;      // relative residual of a vector outside a span
+constexpr double null_tol = 1.0e-6;  // relative residual of a vector outside a span
 
 // Free coefficients of the generic points: square roots of primes over small integers.
 constexpr std::array<int, 16> primes = {2, 3, 5, 7, 11, 13, 17, 19, 23, 29, 31, 37, 41, 43, 47, 53};
@@ -38,20 +37,6 @@ double generic(std::size_t n) {
          (1.0 + 0.1 * static_cast<double>(n / primes.size()));
 }
 
-// What the analysis needs of the run: k, its cell, the lattice and the atoms of the sites.
-struct Frame {
-  Vec3d k{};
-  std::array<int, 3> p{}, q{1, 1, 1};  // k_i = p_i / q_i
-  int cells = 1;
-  int period = 1;  // least common multiple of the q_i
-  bool kmk = false;
-  bool axial = true;
-  std::vector<Vec3d> centring;
-  std::vector<Vec3d> x;    // every atom of every site
-  std::vector<int> site;   // its site, 1-based
-  std::vector<int> first;  // first atom of each site in x
-};
-
 // One operator of the space group on the atoms: target atom and factor exp(2 pi i k.d).
 struct Op_Action {
   bool valid = false;
@@ -60,10 +45,6 @@ struct Op_Action {
   std::vector<int> target;
   CVector factor;
 };
-
-bool integral(double x) {
-  return std::abs(x - std::round(x)) < position_tol;
-}
 
 bool lattice_vector(const Frame& f, const Vec3d& v) {
   for (const Vec3d& c : f.centring) {
@@ -126,7 +107,6 @@ Frame make_frame(const Run_State& rs) {
     f.q[i] = denominator(c, max_commensurate_denominator);
     f.p[i] = static_cast<int>(std::lround(c * f.q[i]));
     f.k[i] = static_cast<double>(f.p[i]) / f.q[i];
-    f.cells *= f.q[i];
     f.period = std::lcm(f.period, f.q[i]);
   }
   f.axial = rs.sv.ipol == 0;
@@ -141,15 +121,6 @@ Frame make_frame(const Run_State& rs) {
     }
   }
   return f;
-}
-
-Vec3d apply(const Sym_Oper_Type& op, const Vec3d& x) {
-  Vec3d y{};
-  for (int r = 0; r < 3; ++r) {
-    y[r] = op.tr[r];
-    for (int c = 0; c < 3; ++c) y[r] += op.rot[r][c] * x[c];
-  }
-  return y;
 }
 
 Op_Action op_action(const Frame& f, const Sym_Oper_Type& op) {
@@ -343,13 +314,6 @@ int phase_class(const Frame& f, const std::array<int, 3>& t) {
   return static_cast<int>(((s % f.period) + f.period) % f.period);
 }
 
-template <typename Visit>
-void for_cells(const Frame& f, Visit visit) {
-  for (int a = 0; a < f.q[0]; ++a)
-    for (int b = 0; b < f.q[1]; ++b)
-      for (int c = 0; c < f.q[2]; ++c) visit(std::array<int, 3>{a, b, c});
-}
-
 Image make_image(const Frame& f, const Carrier& w, const std::vector<Op_Action>& ops) {
   Image im;
   std::vector<long> cells_of_class(static_cast<std::size_t>(f.period), 0);
@@ -502,100 +466,6 @@ std::vector<Subspace> isotropy_subspaces(const Image& im, int r) {
     return a.basis.size() < b.basis.size();
   });
   return out;
-}
-
-// Positions and moments of every atom of the sites in the cell, with the marker atoms.
-Candidate_Structure candidate(const Run_State& rs, const Frame& f,
-                              const std::vector<Basis_Copy>& copies, const CVector& eta) {
-  Candidate_Structure cs;
-  cs.supercell = f.q;
-  CVector s(3 * f.x.size());
-  for (std::size_t n = 0; n < copies.size(); ++n) {
-    const Basis_Copy& copy = copies[n];
-    const double scale = 1.0 + 0.1 *
-                                   std::sqrt(static_cast<double>(primes[(n + 5) % primes.size()])) *
-                                   static_cast<double>(n);
-    const std::size_t at = 3 * static_cast<std::size_t>(f.first[copy.site - 1]);
-    for (std::size_t a = 0; a < copy.rows.size(); ++a)
-      for (std::size_t c = 0; c < copy.rows[a].size(); ++c)
-        s[at + c] += scale * eta[a] * copy.rows[a][c];
-  }
-  const auto cell_position = [&](const Vec3d& x, const std::array<int, 3>& t) {
-    Vec3d p{};
-    for (int i = 0; i < 3; ++i) {
-      const double u = std::fmod(x[i] + t[i], static_cast<double>(f.q[i]));
-      p[i] = (u < 0 ? u + f.q[i] : u) / f.q[i];
-      if (p[i] >= 1.0 - 1.0e-12) p[i] = 0.0;
-    }
-    return p;
-  };
-  double largest = 0.0;
-  for_cells(f, [&](const std::array<int, 3>& t) {
-    for (std::size_t j = 0; j < f.x.size(); ++j) {
-      for (const Vec3d& tau : f.centring) {
-        const Vec3d lv{tau[0] + t[0], tau[1] + t[1], tau[2] + t[2]};
-        const Cplx ph =
-            std::polar(1.0, -two_pi * (f.k[0] * lv[0] + f.k[1] * lv[1] + f.k[2] * lv[2]));
-        Vec3d m{};
-        for (int c = 0; c < 3; ++c) m[c] = (s[3 * j + c] * ph).real();
-        largest = std::max(largest, std::sqrt(m[0] * m[0] + m[1] * m[1] + m[2] * m[2]));
-        cs.positions.push_back(
-            cell_position({f.x[j][0] + tau[0], f.x[j][1] + tau[1], f.x[j][2] + tau[2]}, t));
-        cs.moments.push_back(m);
-        cs.types.push_back(f.site[j]);
-        const Site& site = rs.sv.sites[f.site[j] - 1];
-        cs.labels.push_back(trim(site.atom[j - f.first[f.site[j] - 1]]));
-      }
-    }
-  });
-  if (largest > 0.0) {
-    for (Vec3d& m : cs.moments)
-      for (double& c : m) c /= largest;
-  }
-  // A general position of the parent group and its images.
-  const Space_Group_Type& spg = rs.store.spg;
-  std::vector<Vec3d> orbit;
-  for (const Sym_Oper_Type& op : spg.symop) {
-    Vec3d y = apply(op, {0.1234, 0.3417, 0.0729});
-    for (double& c : y) c -= std::floor(c);
-    bool known = false;
-    for (const Vec3d& o : orbit) {
-      known = known || (integral(y[0] - o[0]) && integral(y[1] - o[1]) && integral(y[2] - o[2]));
-    }
-    if (!known) orbit.push_back(y);
-  }
-  for_cells(f, [&](const std::array<int, 3>& t) {
-    for (const Vec3d& y : orbit) {
-      cs.positions.push_back(cell_position(y, t));
-      cs.moments.push_back({0.0, 0.0, 0.0});
-      cs.types.push_back(0);
-      cs.labels.push_back("X");
-    }
-  });
-  // A metric that the point group keeps: a general one averaged over the rotations.
-  const double g0[3][3] = {{16.81, 0.9, 0.6}, {0.9, 22.09, 1.1}, {0.6, 1.1, 28.09}};
-  double g[3][3] = {};
-  for (const Sym_Oper_Type& op : spg.symop) {
-    for (int i = 0; i < 3; ++i)
-      for (int j = 0; j < 3; ++j)
-        for (int a = 0; a < 3; ++a)
-          for (int b = 0; b < 3; ++b) g[i][j] += op.rot[a][i] * g0[a][b] * op.rot[b][j];
-  }
-  const double n = static_cast<double>(std::max<std::size_t>(spg.symop.size(), 1));
-  for (auto& row : g)
-    for (double& x : row) x /= n;
-  if (spg.symop.empty()) std::copy(&g0[0][0], &g0[0][0] + 9, &g[0][0]);
-  // Cholesky: the rows of the lower triangle are a, b, c.
-  double l[3][3] = {};
-  for (int i = 0; i < 3; ++i) {
-    for (int j = 0; j <= i; ++j) {
-      double v = g[i][j];
-      for (int c = 0; c < j; ++c) v -= l[i][c] * l[j][c];
-      l[i][j] = i == j ? std::sqrt(std::max(v, 1.0e-12)) : v / l[j][j];
-    }
-  }
-  for (int i = 0; i < 3; ++i) cs.lattice[i] = {l[i][0], l[i][1], l[i][2]};
-  return cs;
 }
 
 std::vector<Isotropy_Operation> isotropy_of(const Run_State& rs, const Frame& f, const Image& im,

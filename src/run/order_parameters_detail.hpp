@@ -1,5 +1,6 @@
 // Pieces of the order-parameter analysis: the copies of a representation on a site, the
-// reality of a representation, and real subspaces in echelon form with their notation.
+// reality of a representation, real subspaces in echelon form with their notation, and the
+// candidate structure of a direction.
 #pragma once
 
 #include <complex>
@@ -9,6 +10,7 @@
 #include "analysis/site.hpp"
 #include "lorsk/store.hpp"
 #include "run/order_parameters.hpp"
+#include "symmetry/records.hpp"
 
 namespace velmoria::op_detail {
 
@@ -50,5 +52,38 @@ RMatrix null_space(const RMatrix& rows, int n);
 // representation of dimension d.
 std::string notation_of(const RMatrix& basis, const std::vector<std::pair<int, bool>>& coords,
                         int d);
+
+// What the analysis needs of the run: k, its cell, the lattice and the atoms of the sites.
+struct Frame {
+  Vec3d k{};
+  std::array<int, 3> p{}, q{1, 1, 1};  // k_i = p_i / q_i
+  int period = 1;                      // least common multiple of the q_i
+  bool kmk = false;
+  bool axial = true;
+  std::vector<Vec3d> centring;
+  std::vector<Vec3d> x;    // every atom of every site
+  std::vector<int> site;   // its site, 1-based
+  std::vector<int> first;  // first atom of each site in x
+};
+
+// Whether x is a whole number within the tolerance of coordinates held as float.
+bool integral(double x);
+
+// The point (R,t) x.
+Vec3d apply(const Sym_Oper_Type& op, const Vec3d& x);
+
+// Every cell t (0 <= t_i < q_i) of the magnetic cell.
+template <typename Visit>
+void for_cells(const Frame& f, Visit visit) {
+  for (int a = 0; a < f.q[0]; ++a)
+    for (int b = 0; b < f.q[1]; ++b)
+      for (int c = 0; c < f.q[2]; ++c) visit(std::array<int, 3>{a, b, c});
+}
+
+// The candidate structure of the arrangement whose Fourier coefficients are
+// Sum_a eta_a psi_a on every copy, each copy with a generic scale of its own, with marker atoms
+// on a general position of the parent group and a metric that its point group keeps.
+Candidate_Structure candidate(const Run_State& rs, const Frame& f,
+                              const std::vector<Basis_Copy>& copies, const CVector& eta);
 
 }  // namespace velmoria::op_detail
