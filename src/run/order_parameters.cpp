@@ -86,6 +86,13 @@ std::string scope_problem(const Run_State& rs) {
   if (rs.sv.sites.empty() || rs.analyses.size() != rs.sv.sites.size()) {
     return "The run has no analysed sites: no order parameters are computed.";
   }
+  for (std::size_t s = 0; s < rs.sv.sites.size(); ++s) {
+    const Site_Representation& rep = rs.analyses[s].rep;
+    if (rep.mult != rs.sv.sites[s].mult || rep.ngk != rs.store.ngk ||
+        static_cast<int>(rs.sv.sites[s].x.size()) != rep.mult) {
+      return "The analysis of a site is incomplete: no order parameters are computed.";
+    }
+  }
   for (int i = 0; i < 3; ++i) {
     const double c = static_cast<double>(rs.sv.vk[i]);
     if (denominator(c, max_commensurate_denominator) > 0) continue;
