@@ -28,6 +28,10 @@ using namespace op_detail;
 
 constexpr double two_pi = 2.0 * std::numbers::pi;
 constexpr double null_tol = 1.0e-6;  // relative residual of a vector outside a span
+// Fixed subspaces held for one representation: a bound on the work of the closure under
+// intersection for the largest supplied representations (the groups of the tables give far
+// fewer).
+constexpr std::size_t max_subspaces = 1000;
 
 // Free coefficients of the generic points: square roots of primes over small integers.
 constexpr std::array<int, 16> primes = {2, 3, 5, 7, 11, 13, 17, 19, 23, 29, 31, 37, 41, 43, 47, 53};
@@ -429,10 +433,12 @@ struct Subspace {
 // symmetric to the general one.
 std::vector<Subspace> isotropy_subspaces(const Image& im, int r) {
   std::vector<RMatrix> all;
+  std::vector<RMatrix> annihilators;  // of each subspace in all
   const auto add = [&](RMatrix b) {
-    if (b.empty()) return;
+    if (b.empty() || all.size() >= max_subspaces) return;
     for (const RMatrix& known : all)
       if (same(known, b)) return;
+    annihilators.push_back(null_space(b, r));
     all.push_back(std::move(b));
   };
   for (const RMatrix& m : im.mats) {
@@ -443,9 +449,8 @@ std::vector<Subspace> isotropy_subspaces(const Image& im, int r) {
   // Closed under intersection: the annihilators stacked.
   for (std::size_t i = 0; i < all.size(); ++i) {
     for (std::size_t j = 0; j < i; ++j) {
-      RMatrix rows = null_space(all[i], r);
-      const RMatrix other = null_space(all[j], r);
-      rows.insert(rows.end(), other.begin(), other.end());
+      RMatrix rows = annihilators[i];
+      rows.insert(rows.end(), annihilators[j].begin(), annihilators[j].end());
       add(null_space(rows, r));
     }
   }
