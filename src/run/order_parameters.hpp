@@ -29,7 +29,9 @@ constexpr int max_commensurate_denominator = 12;
 using Vec3d = std::array<double, 3>;
 
 // One operation of an isotropy subgroup: a space-group operator with a lattice translation of
-// the parent cell, and time reversal.  It keeps the arrangement of its direction.
+// the parent cell, and time reversal.  It keeps the arrangement of its direction.  Listed for
+// every operator and every translation of the parent cell within the magnetic cell (with
+// time reversal or without, whichever keeps it), the translation reduced to 0 <= t_i < q_i.
 struct Isotropy_Operation {
   int op = 0;           // number of the operator in the space group's list (1-based)
   Vec3d translation{};  // the full translation: the operator's own plus a parent lattice vector
@@ -44,7 +46,8 @@ struct Candidate_Structure {
   std::array<Vec3d, 3> lattice{};         // Cartesian rows a, b, c of the parent cell (a metric
                                           // that the parent's point group keeps)
   std::vector<Vec3d> positions;           // fractional coordinates in the supercell
-  std::vector<Vec3d> moments;             // components along the unit vectors of a, b, c
+  std::vector<Vec3d> moments;             // components along the unit vectors of a, b, c; the
+                                          // largest moment has length 1
   std::vector<int> types;                 // 0 a marker atom, s an atom of site s
   std::vector<std::string> labels;        // the atom's label in the parent cell, e.g. "Mn_1"
 };
@@ -59,6 +62,13 @@ struct Basis_Copy {
   std::vector<std::vector<std::complex<double>>> rows;
 };
 
+// The directions of a representation are its isotropy subspaces (fixed subspaces of the image,
+// closed under intersection), one of each class of subspaces that the image maps onto each
+// other, from the largest isotropy subgroup (then the smallest subspace) to the general one,
+// whose isotropy subgroup is the kernel.  The representative of a class is the one with most
+// zeros in its echelon form, then fewest entries that are not whole numbers.  All copies share
+// the direction; the candidate gives each copy a generic real scale of its own.
+//
 // The notation of a direction: in the coefficients eta_a of the rows psi_a of a copy, the
 // Fourier coefficients being Sum_a eta_a psi_a.  The real coordinates of the carrier are the
 // real and imaginary parts of the eta_a that a copy needs (real parts first, the imaginary part
