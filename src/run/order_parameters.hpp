@@ -15,6 +15,7 @@
 #pragma once
 
 #include <array>
+#include <complex>
 #include <string>
 #include <vector>
 
@@ -28,7 +29,9 @@ constexpr int max_commensurate_denominator = 12;
 using Vec3d = std::array<double, 3>;
 
 // One operation of an isotropy subgroup: a space-group operator with a lattice translation of
-// the parent cell, and time reversal.  It keeps the arrangement of its direction.
+// the parent cell, and time reversal.  It keeps the arrangement of its direction.  Listed for
+// every operator and every translation of the parent cell within the magnetic cell (with
+// time reversal or without, whichever keeps it), the translation reduced to 0 <= t_i < q_i.
 struct Isotropy_Operation {
   int op = 0;           // number of the operator in the space group's list (1-based)
   Vec3d translation{};  // the full translation: the operator's own plus a parent lattice vector
@@ -40,30 +43,59 @@ struct Isotropy_Operation {
 // parent group, so that the symmetry of the whole can be no higher than the parent's.
 struct Candidate_Structure {
   std::array<int, 3> supercell{1, 1, 1};  // the cell: a diagonal multiple of the parent cell
-  std::array<Vec3d, 3> lattice{};          // Cartesian rows a, b, c of the parent cell (a metric
-                                           // that the parent's point group keeps)
-  std::vector<Vec3d> positions;            // fractional coordinates in the supercell
-  std::vector<Vec3d> moments;              // components along the unit vectors of a, b, c
-  std::vector<int> types;                  // 0 a marker atom, s an atom of site s
-  std::vector<std::string> labels;         // the atom's label in the parent cell, e.g. "Mn_1"
+  std::array<Vec3d, 3> lattice{};         // Cartesian rows a, b, c of the parent cell (a metric
+                                          // that the parent's point group keeps)
+  std::vector<Vec3d> positions;           // fractional coordinates in the supercell
+  std::vector<Vec3d> moments;             // components along the unit vectors of a, b, c; the
+                                          // largest moment has length 1
+  std::vector<int> types;                 // 0 a marker atom, s an atom of site s
+  std::vector<std::string> labels;        // the atom's label in the parent cell, e.g. "Mn_1"
 };
 
+// One copy of a representation on a site: its basis functions row by row.  Row a is P_a1 of the
+// seed that gave row 1, so that the rows transform by exactly the matrices of the
+// representation: O_g psi_a = Sum_c D_ca(g) psi_c.
+struct Basis_Copy {
+  int site = 0;  // 1-based number of the site
+  // rows[a-1]: psi_a, 3 mult components, atom by atom, along a, b, c.  Scaled so that the
+  // largest component of psi_1 is 1.
+  std::vector<std::vector<std::complex<double>>> rows;
+};
+
+// The directions of a representation are its isotropy subspaces (fixed subspaces of the image,
+// closed under intersection), one of each class of subspaces that the image maps onto each
+// other, from the largest isotropy subgroup (then the smallest subspace) to the general one,
+// whose isotropy subgroup is the kernel.  The representative of a class is the one with most
+// zeros in its echelon form, then fewest entries that are not whole numbers.  All copies share
+// the direction; the candidate gives each copy a generic real scale of its own.
+//
+// The notation of a direction: in the coefficients eta_a of the rows psi_a of a copy, the
+// Fourier coefficients being Sum_a eta_a psi_a.  The real coordinates of the carrier are the
+// real and imaginary parts of the eta_a that a copy needs (real parts first, the imaginary part
+// of a row only where it gives arrangements that the real parts do not); the direction is
+// written from the reduced echelon form of its subspace in those coordinates, ordered row by
+// row, real part before imaginary part, one free real parameter a, b, c, ... per echelon row.
+// Each eta_a is the sum of its terms: "a", "-a", "2a", "0.5a" for a real coefficient, "ia",
+// "-ib" for an imaginary one, "(1+2i)a" for a complex one; "0" when it has none.
 struct Order_Parameter_Direction {
-  std::string notation;     // "(a,0)", "(a,a)", "(a,b)", "(a,0,0)", ...
+  std::string notation;     // "(a,0)", "(a,a)", "(a,b)", "(a,0,0)", "(a,ia)", ...
   int dimension = 0;        // real dimension of the fixed subspace on one copy
   int free_parameters = 0;  // real parameters of the arrangement: dimension times the copies
   std::vector<Isotropy_Operation> isotropy;  // the isotropy subgroup (modulo the magnetic cell)
   Candidate_Structure structure;             // a generic arrangement of the direction
+  std::vector<std::complex<double>> eta;     // the generic point: coefficient of each row
 };
 
 struct Physical_Irrep {
-  int nu = 0;              // number of the representation in the tables of the result file
-  int dimension = 0;       // its dimension d
-  int indicator = 0;       // Frobenius-Schur indicator (1, 0, -1) when k is equivalent to -k
-  bool k_equiv_mk = false; // k is equivalent to -k
-  int partner = 0;         // the conjugate representation joined with nu (0 when none or -k's)
-  int real_dimension = 0;  // d or 2d: the dimension of the real representation
-  int copies = 0;          // copies over all sites of the run
+  int nu = 0;               // number of the representation in the tables of the result file
+  int dimension = 0;        // its dimension d
+  int indicator = 0;        // Frobenius-Schur indicator (1, 0, -1) when k is equivalent to -k
+  bool k_equiv_mk = false;  // k is equivalent to -k
+  int partner = 0;          // the conjugate representation joined with nu (0 when none or -k's)
+  int real_dimension = 0;   // d or 2d: the dimension of the real representation
+  int copies = 0;           // copies over all sites of the run
+  int image_order = 0;      // distinct matrices of the image group on the real carrier
+  std::vector<Basis_Copy> basis_copies;  // every copy, site by site
   std::vector<Order_Parameter_Direction> directions;
 };
 
