@@ -107,6 +107,29 @@ void add_unique(std::vector<Magnetic_Operation>& ops, const Magnetic_Operation& 
   ops.push_back(op);
 }
 
+// The lattice of the input cell seen from the standard cell: a vector n of the input lattice is
+// P n there, a centring translation when it is not a whole vector.  spglib lists no pure lattice
+// translation of the input cell, so each operation is repeated with every such centring.
+void add_input_lattice(std::vector<Magnetic_Operation>& ops, const Mat3d& P) {
+  std::vector<Vec3d> centring{Vec3d{}};
+  for (std::size_t c = 0; c < centring.size(); ++c) {  // closure over the three edges
+    for (int e = 0; e < 3; ++e) {
+      Vec3d t{};
+      for (int i = 0; i < 3; ++i) t[i] = wrap(centring[c][i] + P[i][e]);
+      const bool known = std::any_of(centring.begin(), centring.end(),
+                                     [&](const Vec3d& u) { return same_translation(u, t); });
+      if (!known) centring.push_back(t);
+    }
+  }
+  const std::vector<Magnetic_Operation> listed = ops;
+  for (const auto& t : centring) {
+    for (auto op : listed) {
+      for (int i = 0; i < 3; ++i) op.translation[i] = wrap(op.translation[i] + t[i]);
+      add_unique(ops, op);
+    }
+  }
+}
+
 std::string combination_text(const Vec3d& v, const char* names) {
   std::string s;
   for (int i = 0; i < 3; ++i) {
@@ -287,6 +310,7 @@ Identification identify_moments(const Candidate_Structure& s, Identification id)
     op.time_reversal = d->time_reversals[k] != 0;
     add_unique(id.operations, op);
   }
+  add_input_lattice(id.operations, st.P);
   fill_cell(s, st, id);
   fill_atoms(s, st, d->equivalent_atoms, id);
   id.bns_symbol = bns_symbol_of(id.operations, d->hall_number, id.type);
@@ -315,6 +339,7 @@ Identification identify_displacements(const Candidate_Structure& s, Identificati
     }
     add_unique(id.operations, op);
   }
+  add_input_lattice(id.operations, st.P);
   fill_cell(s, st, id);
   fill_atoms(s, st, d->equivalent_atoms, id);
   return id;
