@@ -161,7 +161,8 @@ struct Spglib_Cell {
 Spglib_Cell spglib_cell(const Candidate_Structure& s, bool polar) {
   Spglib_Cell c;
   for (int r = 0; r < 3; ++r)
-    for (int j = 0; j < 3; ++j) c.lattice[r][j] = s.supercell[j] * s.lattice[j][r];
+    for (int j = 0; j < 3; ++j)
+      for (int i = 0; i < 3; ++i) c.lattice[r][j] += s.cell[i][j] * s.lattice[i][r];
   double largest = 0;
   for (std::size_t a = 0; a < s.positions.size(); ++a) {
     Vec3d cart{};
@@ -193,8 +194,12 @@ std::string check_structure(const Candidate_Structure& s) {
   if (n == 0) return "the candidate structure has no atoms";
   if (s.moments.size() != n || s.types.size() != n || s.labels.size() != n)
     return "the candidate structure's lists of atoms differ in length";
-  for (int k : s.supercell)
-    if (k < 1 || k > 48) return "the candidate structure's cell is not a small multiple";
+  for (const Vec3d& row : s.cell)
+    for (double v : row)
+      if (!std::isfinite(v)) return "the candidate structure holds a number that is not finite";
+  const double volume = std::abs(det(s.cell));
+  if (!(volume > 0.1 && volume <= 1728))
+    return "the candidate structure's cell is not a small multiple of the parent cell";
   Mat3d lat{};
   for (int i = 0; i < 3; ++i) lat[i] = s.lattice[i];
   if (!(std::abs(det(lat)) > 1e-6)) return "the candidate structure's lattice is degenerate";
@@ -230,7 +235,8 @@ Setting setting_of(const double tm[3][3], const double os[3]) {
 void fill_cell(const Candidate_Structure& s, const Setting& st, Identification& id) {
   Mat3d M{};  // columns: the magnetic cell's vectors in the parent's coordinates
   for (int i = 0; i < 3; ++i)
-    for (int j = 0; j < 3; ++j) M[i][j] = s.supercell[i] * st.Pinv[i][j];
+    for (int j = 0; j < 3; ++j)
+      for (int k = 0; k < 3; ++k) M[i][j] += s.cell[i][k] * st.Pinv[k][j];
   const Vec3d o = times(M, st.p);
   for (int j = 0; j < 3; ++j) {
     for (int i = 0; i < 3; ++i) id.cell.basis[j][i] = std::abs(M[i][j]) < 1e-9 ? 0 : M[i][j];
@@ -537,6 +543,44 @@ std::string moment_symmform(const std::vector<Magnetic_Operation>& site_operatio
     out += term.empty() ? "0" : term;
   }
   return out;
+}
+
+bool markers_needed(const Candidate_Structure& structure) {
+  if (!check_structure(structure).empty()) return true;
+  // The operations of the atoms (types only), with the markers or without.
+  const auto operations = [&](bool markers) {
+    Spglib_Cell c = spglib_cell(structure, false);
+    std::vector<std::array<double, 3>> positions;
+    std::vector<int> types;
+    for (std::size_t a = 0; a < c.positions.size(); ++a) {
+      if (c.types[a] <= 0 && !markers) continue;
+      positions.push_back(c.positions[a]);
+      types.push_back(c.types[a]);
+    }
+    if (positions.empty()) return 0;
+    std::unique_ptr<SpglibDataset, Dataset_Free> d(
+        spg_get_dataset(c.lattice, reinterpret_cast<double(*)[3]>(positions.data()), types.data(),
+                        static_cast<int>(positions.size()), symprec));
+    return d ? d->n_operations : 0;
+  };
+  const int with = operations(true);
+  return with == 0 || operations(false) != with;
+}
+
+Candidate_Structure without_markers(const Candidate_Structure& structure) {
+  Candidate_Structure s = structure;
+  s.positions.clear();
+  s.moments.clear();
+  s.types.clear();
+  s.labels.clear();
+  for (std::size_t a = 0; a < structure.types.size(); ++a) {
+    if (structure.types[a] == 0) continue;
+    s.positions.push_back(structure.positions[a]);
+    s.moments.push_back(structure.moments[a]);
+    s.types.push_back(structure.types[a]);
+    s.labels.push_back(structure.labels[a]);
+  }
+  return s;
 }
 
 Identification identify(const Candidate_Structure& structure, bool polar) {
