@@ -287,12 +287,37 @@ void fill_atoms(const Candidate_Structure& s, const Setting& st, const int* equi
   }
 }
 
-Identification identify_moments(const Candidate_Structure& s, Identification id) {
-  Spglib_Cell c = spglib_cell(s, false);
-  const int n = static_cast<int>(c.positions.size());
-  std::unique_ptr<SpglibMagneticDataset, Dataset_Free> d(
-      spg_get_magnetic_dataset(c.lattice, reinterpret_cast<double(*)[3]>(c.positions.data()),
-                               c.types.data(), c.vectors.data(), 1, n, 1, symprec));
+// Bases C U of the cell's lattice tried in turn: spglib's magnetic search (version 2.0) fails
+// on some structures in one basis and not in another.  The given basis first, then shears.
+const std::array<Mat3i, 6> bases = {
+    Mat3i{{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}}, Mat3i{{{1, 0, 0}, {0, 1, 0}, {-1, -1, 1}}},
+    Mat3i{{{1, 1, 0}, {0, 1, 0}, {0, 0, 1}}}, Mat3i{{{1, 0, 1}, {0, 1, 0}, {0, 0, 1}}},
+    Mat3i{{{1, 0, 0}, {0, 1, 1}, {0, 0, 1}}}, Mat3i{{{0, 1, 0}, {0, 0, 1}, {1, 0, 0}}}};
+
+// The structure in the basis C U of its lattice (U unimodular): positions U^-1 x.
+Candidate_Structure rebased(const Candidate_Structure& s, const Mat3i& u) {
+  Candidate_Structure r = s;
+  const Mat3d ud = to_double(u);
+  r.cell = mul(s.cell, ud);
+  const Mat3d back = inverse(ud);
+  for (Vec3d& x : r.positions) {
+    x = times(back, x);
+    for (double& c : x) c = wrap(c);
+  }
+  return r;
+}
+
+Identification identify_moments(const Candidate_Structure& given, Identification id) {
+  std::unique_ptr<SpglibMagneticDataset, Dataset_Free> d;
+  Candidate_Structure s;
+  for (const Mat3i& u : bases) {
+    s = rebased(given, u);
+    Spglib_Cell c = spglib_cell(s, false);
+    const int n = static_cast<int>(c.positions.size());
+    d.reset(spg_get_magnetic_dataset(c.lattice, reinterpret_cast<double(*)[3]>(c.positions.data()),
+                                     c.types.data(), c.vectors.data(), 1, n, 1, symprec));
+    if (d) break;
+  }
   if (!d) {
     id.error = std::string("spglib found no magnetic space group: ") +
                spg_get_error_message(spg_get_error_code());
