@@ -24,8 +24,8 @@ double norm(const Vec3d& v) {
 
 double wrap(double x) {
   double f = x - std::floor(x);
-  if (f > 1 - 1e-8) f = 0;
-  return std::abs(f) < 1e-8 ? 0.0 : f;
+  if (f > 1 - 1e-6) f = 0;
+  return std::abs(f) < 1e-6 ? 0.0 : f;
 }
 
 Mat3d mul(const Mat3d& a, const Mat3d& b) {
@@ -294,6 +294,25 @@ const std::array<Mat3i, 6> bases = {
     Mat3i{{{1, 1, 0}, {0, 1, 0}, {0, 0, 1}}}, Mat3i{{{1, 0, 1}, {0, 1, 0}, {0, 0, 1}}},
     Mat3i{{{1, 0, 0}, {0, 1, 1}, {0, 0, 1}}}, Mat3i{{{0, 1, 0}, {0, 0, 1}, {1, 0, 0}}}};
 
+// Atoms of one type whose moments differ in length are never carried onto each other: a type
+// of their own for each length lets spglib's search of the operations without moments, which
+// it then tests with moments, find fewer of them.
+void length_classes(Spglib_Cell& c) {
+  std::vector<std::pair<std::pair<int, double>, std::size_t>> order;
+  for (std::size_t a = 0; a < c.types.size(); ++a) {
+    const Vec3d m{c.vectors[3 * a], c.vectors[3 * a + 1], c.vectors[3 * a + 2]};
+    order.push_back({{c.types[a], norm(m)}, a});
+  }
+  std::sort(order.begin(), order.end());
+  int cls = 0;
+  for (std::size_t i = 0; i < order.size(); ++i) {
+    const bool same = i > 0 && order[i].first.first == order[i - 1].first.first &&
+                      order[i].first.second - order[i - 1].first.second < 1e-6;
+    if (!same) ++cls;
+    c.types[order[i].second] = cls;
+  }
+}
+
 // The structure in the basis C U of its lattice (U unimodular): positions U^-1 x.
 Candidate_Structure rebased(const Candidate_Structure& s, const Mat3i& u) {
   Candidate_Structure r = s;
@@ -310,13 +329,15 @@ Candidate_Structure rebased(const Candidate_Structure& s, const Mat3i& u) {
 Identification identify_moments(const Candidate_Structure& given, Identification id) {
   std::unique_ptr<SpglibMagneticDataset, Dataset_Free> d;
   Candidate_Structure s;
-  for (const Mat3i& u : bases) {
-    s = rebased(given, u);
+  // First with a type for each length of moment in the given basis, then with the types of
+  // the sites in every basis.
+  for (std::size_t attempt = 0; attempt <= bases.size() && !d; ++attempt) {
+    s = rebased(given, bases[attempt == 0 ? 0 : attempt - 1]);
     Spglib_Cell c = spglib_cell(s, false);
+    if (attempt == 0) length_classes(c);
     const int n = static_cast<int>(c.positions.size());
     d.reset(spg_get_magnetic_dataset(c.lattice, reinterpret_cast<double(*)[3]>(c.positions.data()),
                                      c.types.data(), c.vectors.data(), 1, n, 1, symprec));
-    if (d) break;
   }
   if (!d) {
     id.error = std::string("spglib found no magnetic space group: ") +
