@@ -329,12 +329,12 @@ Candidate_Structure rebased(const Candidate_Structure& s, const Mat3i& u) {
 Identification identify_moments(const Candidate_Structure& given, Identification id) {
   std::unique_ptr<SpglibMagneticDataset, Dataset_Free> d;
   Candidate_Structure s;
-  // First with a type for each length of moment in the given basis, then with the types of
-  // the sites in every basis.
-  for (std::size_t attempt = 0; attempt <= bases.size() && !d; ++attempt) {
-    s = rebased(given, bases[attempt == 0 ? 0 : attempt - 1]);
+  // First with a type for each length of moment, in every basis, then with the types of the
+  // sites, in every basis.
+  for (std::size_t attempt = 0; attempt < 2 * bases.size() && !d; ++attempt) {
+    s = rebased(given, bases[attempt % bases.size()]);
     Spglib_Cell c = spglib_cell(s, false);
-    if (attempt == 0) length_classes(c);
+    if (attempt < bases.size()) length_classes(c);
     const int n = static_cast<int>(c.positions.size());
     d.reset(spg_get_magnetic_dataset(c.lattice, reinterpret_cast<double(*)[3]>(c.positions.data()),
                                      c.types.data(), c.vectors.data(), 1, n, 1, symprec));

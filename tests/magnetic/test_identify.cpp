@@ -326,5 +326,28 @@ TEST(MagneticGroups, SymbolsOfTheWholeTableAreDistinct) {
   EXPECT_EQ(symbols, 1651 - 517);  // the groups of type IV are 517
 }
 
+// The markers bound the symmetry only when the sites alone have more of it than the parent:
+// Mn on 2a of P 4_2/m n m (site symmetry m.mm) alone have the symmetry of P 4/m m m with the
+// centring (1/2,1/2,1/2); atoms on a general position of P 4/m m m have exactly its 16
+// operations.
+TEST(MagneticGroups, MarkersOnlyWhereTheSitesHaveMoreSymmetry) {
+  const Candidate_Structure special = mnf2(1, -1);
+  EXPECT_TRUE(markers_needed(special));
+  Builder b{tetragonal(4, 3, {1, 1, 1})};
+  const std::vector<Op> group = closure(p4mmm);
+  ASSERT_EQ(group.size(), 16u);
+  for (const Op& op : group) b.atom(image(op, Vec3d{0.1, 0.2, 0.3}), {0, 0, 1}, 1, "Fe");
+  b.markers(group);
+  EXPECT_FALSE(markers_needed(b.s));
+  const Candidate_Structure bare = without_markers(b.s);
+  EXPECT_EQ(bare.positions.size(), 16u);
+  for (int t : bare.types) EXPECT_EQ(t, 1);
+  // Without the markers the group is the same.
+  const Identification with = identify(b.s, false), without = identify(bare, false);
+  ASSERT_TRUE(with.error.empty() && without.error.empty()) << with.error << without.error;
+  EXPECT_EQ(with.bns_number, without.bns_number);
+  EXPECT_EQ(with.operations.size(), without.operations.size());
+}
+
 }  // namespace
 }  // namespace velmoria

@@ -617,6 +617,54 @@ TEST(OrderParameters, PropertiesAcrossCrystalSystems) {
   }
 }
 
+// The cell of a candidate is the lattice L of the whole vectors t with k.t whole: each edge
+// is in L, and its volume is the index of L, the number of values of k.t modulo 1, that is the
+// least common multiple of the denominators of k.  For k = (1/2,1/2,1/2) that is 2, not the 8
+// of the cell 2a, 2b, 2c.  It holds every atom of the sites once for each centring and each
+// parent cell within it.
+TEST(OrderParameters, CellIsTheSmallestOfK) {
+  const std::pair<const char*, int> cases[] = {
+      {"SPGR P m -3 m\nKVEC 0.5 0.5 0.5 R\nVMODE AXI\nATOM Fe FE 0.1 0.2 0.3\n", 2},
+      {"SPGR P 4/m m m\nKVEC 0 0 0.3333333 DT\nVMODE AXI\nATOM Fe FE 0 0 0\n", 3},
+      {"SPGR P 63/m m c\nKVEC 0.3333333 0.3333333 0 K\nVMODE AXI\nATOM Fe FE 0.3333333 "
+       "0.6666667 0.25\n",
+       3},
+      {"SPGR P 21/c\nKVEC 0.5 0 0.5 E\nVMODE AXI\nATOM Fe FE 0.1 0.2 0.3\n", 2},
+      {"SPGR I 4/m m m\nKVEC 0 0 1 X\nVMODE AXI\nATOM Fe FE 0 0 0\n", 1},
+      {"SPGR P n m a\nKVEC 0.25 0 0 DT\nVMODE POL\nATOM Mn MN 0.05 0.25 0.98\n", 4},
+      {"SPGR P m -3 m\nKVEC 0.5 0.5 0 M\nVMODE AXI\nATOM Fe FE 0 0 0\n", 2},
+  };
+  for (const auto& [text, volume] : cases) {
+    const Case c = analyse(text);
+    ASSERT_TRUE(c.mc.unsupported.empty()) << text << c.mc.unsupported;
+    ASSERT_FALSE(c.mc.irreps.empty()) << text;
+    const Run_State& rs = state(c);
+    std::size_t atoms = 0;
+    for (const Site& site : rs.sv.sites) atoms += site.x.size();
+    const std::size_t centrings = std::max<std::size_t>(rs.store.spg.latt_trans.size(), 1);
+    for (const Physical_Irrep& pi : c.mc.irreps) {
+      for (const Order_Parameter_Direction& dir : pi.directions) {
+        const std::array<Vec3d, 3>& cell = dir.structure.cell;
+        const double d = cell[0][0] * (cell[1][1] * cell[2][2] - cell[1][2] * cell[2][1]) -
+                         cell[0][1] * (cell[1][0] * cell[2][2] - cell[1][2] * cell[2][0]) +
+                         cell[0][2] * (cell[1][0] * cell[2][1] - cell[1][1] * cell[2][0]);
+        EXPECT_NEAR(std::abs(d), volume, 1e-9) << text;
+        for (int j = 0; j < 3; ++j) {
+          double kt = 0;
+          for (int i = 0; i < 3; ++i) {
+            EXPECT_NEAR(cell[i][j], std::round(cell[i][j]), 1e-12) << text;
+            kt += rs.sv.vk[i] * cell[i][j];
+          }
+          EXPECT_NEAR(kt, std::round(kt), 1e-5) << text << " edge " << j;
+        }
+        std::size_t of_sites = 0;
+        for (int t : dir.structure.types) of_sites += t > 0 ? 1 : 0;
+        EXPECT_EQ(of_sites, atoms * centrings * static_cast<std::size_t>(volume)) << text;
+      }
+    }
+  }
+}
+
 // Hexagonal axes: the metric that the point group keeps has a = b and gamma = 120 degrees.
 TEST(OrderParameters, HexagonalMetric) {
   const Case c =
