@@ -289,10 +289,12 @@ void fill_atoms(const Candidate_Structure& s, const Setting& st, const int* equi
 
 // Bases C U of the cell's lattice tried in turn: spglib's magnetic search (version 2.0) fails
 // on some structures in one basis and not in another.  The given basis first, then shears.
-const std::array<Mat3i, 6> bases = {
+const std::array<Mat3i, 9> bases = {
     Mat3i{{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}}, Mat3i{{{1, 0, 0}, {0, 1, 0}, {-1, -1, 1}}},
     Mat3i{{{1, 1, 0}, {0, 1, 0}, {0, 0, 1}}}, Mat3i{{{1, 0, 1}, {0, 1, 0}, {0, 0, 1}}},
-    Mat3i{{{1, 0, 0}, {0, 1, 1}, {0, 0, 1}}}, Mat3i{{{0, 1, 0}, {0, 0, 1}, {1, 0, 0}}}};
+    Mat3i{{{1, 0, 0}, {0, 1, 1}, {0, 0, 1}}}, Mat3i{{{0, 1, 0}, {0, 0, 1}, {1, 0, 0}}},
+    Mat3i{{{0, 0, 1}, {1, 0, 0}, {0, 1, 0}}}, Mat3i{{{1, 0, 0}, {1, 1, 0}, {0, 0, 1}}},
+    Mat3i{{{1, 0, 0}, {0, 1, 0}, {1, 1, 1}}}};
 
 // Atoms of one type whose moments differ in length are never carried onto each other: a type
 // of their own for each length lets spglib's search of the operations without moments, which
@@ -307,7 +309,7 @@ void length_classes(Spglib_Cell& c) {
   int cls = 0;
   for (std::size_t i = 0; i < order.size(); ++i) {
     const bool same = i > 0 && order[i].first.first == order[i - 1].first.first &&
-                      order[i].first.second - order[i - 1].first.second < 1e-6;
+                      order[i].first.second - order[i - 1].first.second < 1e-3;
     if (!same) ++cls;
     c.types[order[i].second] = cls;
   }

@@ -58,11 +58,99 @@ std::array<Int3, 3> lattice_basis(std::vector<Int3> gens) {
   return basis;
 }
 
-// The smallest cell of the single-k structure with whole edges: a basis of the lattice vectors
-// t of the parent cell with k.t a whole number.  Columns: the edges in the parent's
-// coordinates.  The centring translations of a centred parent stay inside the cell (a
-// primitive rhombohedral cell makes spglib's magnetic search fail).
-std::array<Vec3d, 3> periodic_cell(const Frame& f) {
+using Metric = std::array<std::array<double, 3>, 3>;
+
+// A metric that the point group keeps: a general one averaged over the rotations.
+Metric metric(const Space_Group_Type& spg) {
+  const Metric g0 = {{{16.81, 0.9, 0.6}, {0.9, 22.09, 1.1}, {0.6, 1.1, 28.09}}};
+  if (spg.symop.empty()) return g0;
+  Metric g{};
+  for (const Sym_Oper_Type& op : spg.symop) {
+    for (int i = 0; i < 3; ++i)
+      for (int j = 0; j < 3; ++j)
+        for (int a = 0; a < 3; ++a)
+          for (int b = 0; b < 3; ++b) g[i][j] += op.rot[a][i] * g0[a][b] * op.rot[b][j];
+  }
+  for (auto& row : g)
+    for (double& x : row) x /= static_cast<double>(spg.symop.size());
+  return g;
+}
+
+long long det3(const Int3& a, const Int3& b, const Int3& c) {
+  return a[0] * (b[1] * c[2] - b[2] * c[1]) - a[1] * (b[0] * c[2] - b[2] * c[0]) +
+         a[2] * (b[0] * c[1] - b[1] * c[0]);
+}
+
+// The basis in the order that puts the largest entries on the diagonal (edge j mostly along
+// axis j), each diagonal entry positive where it can be, right-handed.
+std::array<Int3, 3> along_axes(std::array<Int3, 3> v) {
+  std::array<int, 3> order{0, 1, 2}, best = order;
+  long long best_weight = -1;
+  do {
+    long long w = 1;
+    for (int j = 0; j < 3; ++j) w *= std::llabs(v[order[j]][j]);
+    if (w > best_weight) {
+      best_weight = w;
+      best = order;
+    }
+  } while (std::next_permutation(order.begin(), order.end()));
+  std::array<Int3, 3> r{};
+  for (int j = 0; j < 3; ++j) {
+    r[j] = v[best[j]];
+    if (r[j][j] < 0)
+      for (long long& x : r[j]) x = -x;
+  }
+  if (det3(r[0], r[1], r[2]) < 0)
+    for (long long& x : r[2]) x = -x;
+  return r;
+}
+
+// A basis of short vectors of the lattice with basis `hnf` (rows) in the metric g: the
+// shortest vector, the shortest one not parallel to it, and the shortest one that completes a
+// basis of the lattice (a determinant of the lattice's volume).  The Hermite basis itself when
+// these do not make one.
+std::array<Int3, 3> shortest_basis(const std::array<Int3, 3>& hnf, const Metric& g) {
+  const long long volume = std::llabs(det3(hnf[0], hnf[1], hnf[2]));
+  std::vector<std::pair<long long, Int3>> vectors;  // squared length in millionths, vector
+  for (int a = -2; a <= 2; ++a)
+    for (int b = -2; b <= 2; ++b)
+      for (int c = -2; c <= 2; ++c) {
+        Int3 v{};
+        for (int i = 0; i < 3; ++i) v[i] = a * hnf[0][i] + b * hnf[1][i] + c * hnf[2][i];
+        const auto first = std::find_if(v.begin(), v.end(), [](long long x) { return x != 0; });
+        if (first == v.end() || *first < 0) continue;  // zero, or -v of a vector kept
+        double len = 0;
+        for (int i = 0; i < 3; ++i)
+          for (int j = 0; j < 3; ++j) len += static_cast<double>(v[i] * v[j]) * g[i][j];
+        vectors.push_back({std::llround(len * 1.0e6), v});
+      }
+  // Shortest first; among equally long ones those of fewest and smallest entries, so that a
+  // cell of the parent's own edges stays as it is: (1,0,0) before (0,1,0) before (1,1,0).
+  const auto weight = [](const Int3& v) {
+    return std::llabs(v[0]) + std::llabs(v[1]) + std::llabs(v[2]);
+  };
+  std::sort(vectors.begin(), vectors.end(), [&](const auto& x, const auto& y) {
+    if (x.first != y.first) return x.first < y.first;
+    if (weight(x.second) != weight(y.second)) return weight(x.second) < weight(y.second);
+    return x.second > y.second;
+  });
+  const Int3& v1 = vectors.front().second;
+  for (const auto& [l2, v2] : vectors) {
+    const Int3 cross{v1[1] * v2[2] - v1[2] * v2[1], v1[2] * v2[0] - v1[0] * v2[2],
+                     v1[0] * v2[1] - v1[1] * v2[0]};
+    if (cross == Int3{}) continue;
+    for (const auto& [l3, v3] : vectors)
+      if (std::llabs(det3(v1, v2, v3)) == volume) return along_axes({v1, v2, v3});
+    break;
+  }
+  return hnf;
+}
+
+// The smallest cell of the single-k structure with whole edges: a basis of short vectors of
+// the lattice of the vectors t of the parent cell with k.t a whole number.  Columns: the edges
+// in the parent's coordinates.  The centring translations of a centred parent stay inside the cell
+// (a primitive rhombohedral cell makes spglib's magnetic search fail).
+std::array<Vec3d, 3> periodic_cell(const Frame& f, const Metric& g) {
   // k.t = Sum_j phase_j t_j / period.
   Int3 phase{};
   long long common = f.period;
@@ -79,7 +167,7 @@ std::array<Vec3d, 3> periodic_cell(const Frame& f) {
       for (long long c = 0; c < order; ++c)
         if ((a * phase[0] + b * phase[1] + c * phase[2]) % f.period == 0)
           kernel.push_back(Int3{a, b, c});
-  const std::array<Int3, 3> n = lattice_basis(kernel);
+  const std::array<Int3, 3> n = shortest_basis(lattice_basis(kernel), g);
   std::array<Vec3d, 3> cell{};
   for (int j = 0; j < 3; ++j)
     for (int i = 0; i < 3; ++i) cell[i][j] = static_cast<double>(n[j][i]);
@@ -163,7 +251,9 @@ Vec3d apply(const Sym_Oper_Type& op, const Vec3d& x) {
 Candidate_Structure candidate(const Run_State& rs, const Frame& f,
                               const std::vector<Basis_Copy>& copies, const CVector& eta) {
   Candidate_Structure cs;
-  cs.cell = periodic_cell(f);
+  const Space_Group_Type& spg = rs.store.spg;
+  const Metric g = metric(spg);
+  cs.cell = periodic_cell(f, g);
   const std::array<Vec3d, 3> to_cell = inverse(cs.cell);
   const std::vector<Cell_Translation> translations = cell_translations(f, to_cell);
   const std::size_t per_cell = f.centring.size();
@@ -202,7 +292,6 @@ Candidate_Structure candidate(const Run_State& rs, const Frame& f,
       for (double& c : m) c /= largest;
   }
   // A general position of the parent group and its images.
-  const Space_Group_Type& spg = rs.store.spg;
   std::vector<Vec3d> orbit;
   for (const Sym_Oper_Type& op : spg.symop) {
     Vec3d y = apply(op, {0.1234, 0.3417, 0.0729});
@@ -226,19 +315,6 @@ Candidate_Structure candidate(const Run_State& rs, const Frame& f,
       cs.labels.push_back("X");
     }
   }
-  // A metric that the point group keeps: a general one averaged over the rotations.
-  const double g0[3][3] = {{16.81, 0.9, 0.6}, {0.9, 22.09, 1.1}, {0.6, 1.1, 28.09}};
-  double g[3][3] = {};
-  for (const Sym_Oper_Type& op : spg.symop) {
-    for (int i = 0; i < 3; ++i)
-      for (int j = 0; j < 3; ++j)
-        for (int a = 0; a < 3; ++a)
-          for (int b = 0; b < 3; ++b) g[i][j] += op.rot[a][i] * g0[a][b] * op.rot[b][j];
-  }
-  const double n = static_cast<double>(std::max<std::size_t>(spg.symop.size(), 1));
-  for (auto& row : g)
-    for (double& x : row) x /= n;
-  if (spg.symop.empty()) std::copy(&g0[0][0], &g0[0][0] + 9, &g[0][0]);
   // Cholesky: the rows of the lower triangle are a, b, c.
   double l[3][3] = {};
   for (int i = 0; i < 3; ++i) {
