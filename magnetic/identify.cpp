@@ -298,7 +298,9 @@ const std::array<Mat3i, 9> bases = {
 
 // Atoms of one type whose moments differ in length are never carried onto each other: a type
 // of their own for each length lets spglib's search of the operations without moments, which
-// it then tests with moments, find fewer of them.
+// it then tests with moments, find fewer of them.  Lengths that differ by less than 1e-3, ten
+// times the tolerance on moments, share a class: moments that spglib takes as equal are never
+// told apart (a split would lose operations of the group).
 void length_classes(Spglib_Cell& c) {
   std::vector<std::pair<std::pair<int, double>, std::size_t>> order;
   for (std::size_t a = 0; a < c.types.size(); ++a) {
