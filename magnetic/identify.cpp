@@ -24,8 +24,8 @@ double norm(const Vec3d& v) {
 
 double wrap(double x) {
   double f = x - std::floor(x);
-  if (f > 1 - 1e-8) f = 0;
-  return std::abs(f) < 1e-8 ? 0.0 : f;
+  if (f > 1 - 1e-6) f = 0;
+  return std::abs(f) < 1e-6 ? 0.0 : f;
 }
 
 Mat3d mul(const Mat3d& a, const Mat3d& b) {
@@ -161,7 +161,8 @@ struct Spglib_Cell {
 Spglib_Cell spglib_cell(const Candidate_Structure& s, bool polar) {
   Spglib_Cell c;
   for (int r = 0; r < 3; ++r)
-    for (int j = 0; j < 3; ++j) c.lattice[r][j] = s.supercell[j] * s.lattice[j][r];
+    for (int j = 0; j < 3; ++j)
+      for (int i = 0; i < 3; ++i) c.lattice[r][j] += s.cell[i][j] * s.lattice[i][r];
   double largest = 0;
   for (std::size_t a = 0; a < s.positions.size(); ++a) {
     Vec3d cart{};
@@ -193,8 +194,12 @@ std::string check_structure(const Candidate_Structure& s) {
   if (n == 0) return "the candidate structure has no atoms";
   if (s.moments.size() != n || s.types.size() != n || s.labels.size() != n)
     return "the candidate structure's lists of atoms differ in length";
-  for (int k : s.supercell)
-    if (k < 1 || k > 48) return "the candidate structure's cell is not a small multiple";
+  for (const Vec3d& row : s.cell)
+    for (double v : row)
+      if (!std::isfinite(v)) return "the candidate structure holds a number that is not finite";
+  const double volume = std::abs(det(s.cell));
+  if (!(volume > 0.1 && volume <= 1728))
+    return "the candidate structure's cell is not a small multiple of the parent cell";
   Mat3d lat{};
   for (int i = 0; i < 3; ++i) lat[i] = s.lattice[i];
   if (!(std::abs(det(lat)) > 1e-6)) return "the candidate structure's lattice is degenerate";
@@ -230,7 +235,8 @@ Setting setting_of(const double tm[3][3], const double os[3]) {
 void fill_cell(const Candidate_Structure& s, const Setting& st, Identification& id) {
   Mat3d M{};  // columns: the magnetic cell's vectors in the parent's coordinates
   for (int i = 0; i < 3; ++i)
-    for (int j = 0; j < 3; ++j) M[i][j] = s.supercell[i] * st.Pinv[i][j];
+    for (int j = 0; j < 3; ++j)
+      for (int k = 0; k < 3; ++k) M[i][j] += s.cell[i][k] * st.Pinv[k][j];
   const Vec3d o = times(M, st.p);
   for (int j = 0; j < 3; ++j) {
     for (int i = 0; i < 3; ++i) id.cell.basis[j][i] = std::abs(M[i][j]) < 1e-9 ? 0 : M[i][j];
@@ -281,12 +287,62 @@ void fill_atoms(const Candidate_Structure& s, const Setting& st, const int* equi
   }
 }
 
-Identification identify_moments(const Candidate_Structure& s, Identification id) {
-  Spglib_Cell c = spglib_cell(s, false);
-  const int n = static_cast<int>(c.positions.size());
-  std::unique_ptr<SpglibMagneticDataset, Dataset_Free> d(
-      spg_get_magnetic_dataset(c.lattice, reinterpret_cast<double(*)[3]>(c.positions.data()),
-                               c.types.data(), c.vectors.data(), 1, n, 1, symprec));
+// Bases C U of the cell's lattice tried in turn: spglib's magnetic search (version 2.0) fails
+// on some structures in one basis and not in another.  The given basis first, then shears.
+const std::array<Mat3i, 9> bases = {
+    Mat3i{{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}}, Mat3i{{{1, 0, 0}, {0, 1, 0}, {-1, -1, 1}}},
+    Mat3i{{{1, 1, 0}, {0, 1, 0}, {0, 0, 1}}}, Mat3i{{{1, 0, 1}, {0, 1, 0}, {0, 0, 1}}},
+    Mat3i{{{1, 0, 0}, {0, 1, 1}, {0, 0, 1}}}, Mat3i{{{0, 1, 0}, {0, 0, 1}, {1, 0, 0}}},
+    Mat3i{{{0, 0, 1}, {1, 0, 0}, {0, 1, 0}}}, Mat3i{{{1, 0, 0}, {1, 1, 0}, {0, 0, 1}}},
+    Mat3i{{{1, 0, 0}, {0, 1, 0}, {1, 1, 1}}}};
+
+// Atoms of one type whose moments differ in length are never carried onto each other: a type
+// of their own for each length lets spglib's search of the operations without moments, which
+// it then tests with moments, find fewer of them.  Lengths that differ by less than 1e-3, ten
+// times the tolerance on moments, share a class: moments that spglib takes as equal are never
+// told apart (a split would lose operations of the group).
+void length_classes(Spglib_Cell& c) {
+  std::vector<std::pair<std::pair<int, double>, std::size_t>> order;
+  for (std::size_t a = 0; a < c.types.size(); ++a) {
+    const Vec3d m{c.vectors[3 * a], c.vectors[3 * a + 1], c.vectors[3 * a + 2]};
+    order.push_back({{c.types[a], norm(m)}, a});
+  }
+  std::sort(order.begin(), order.end());
+  int cls = 0;
+  for (std::size_t i = 0; i < order.size(); ++i) {
+    const bool same = i > 0 && order[i].first.first == order[i - 1].first.first &&
+                      order[i].first.second - order[i - 1].first.second < 1e-3;
+    if (!same) ++cls;
+    c.types[order[i].second] = cls;
+  }
+}
+
+// The structure in the basis C U of its lattice (U unimodular): positions U^-1 x.
+Candidate_Structure rebased(const Candidate_Structure& s, const Mat3i& u) {
+  Candidate_Structure r = s;
+  const Mat3d ud = to_double(u);
+  r.cell = mul(s.cell, ud);
+  const Mat3d back = inverse(ud);
+  for (Vec3d& x : r.positions) {
+    x = times(back, x);
+    for (double& c : x) c = wrap(c);
+  }
+  return r;
+}
+
+Identification identify_moments(const Candidate_Structure& given, Identification id) {
+  std::unique_ptr<SpglibMagneticDataset, Dataset_Free> d;
+  Candidate_Structure s;
+  // First with a type for each length of moment, in every basis, then with the types of the
+  // sites, in every basis.
+  for (std::size_t attempt = 0; attempt < 2 * bases.size() && !d; ++attempt) {
+    s = rebased(given, bases[attempt % bases.size()]);
+    Spglib_Cell c = spglib_cell(s, false);
+    if (attempt < bases.size()) length_classes(c);
+    const int n = static_cast<int>(c.positions.size());
+    d.reset(spg_get_magnetic_dataset(c.lattice, reinterpret_cast<double(*)[3]>(c.positions.data()),
+                                     c.types.data(), c.vectors.data(), 1, n, 1, symprec));
+  }
   if (!d) {
     id.error = std::string("spglib found no magnetic space group: ") +
                spg_get_error_message(spg_get_error_code());
@@ -537,6 +593,44 @@ std::string moment_symmform(const std::vector<Magnetic_Operation>& site_operatio
     out += term.empty() ? "0" : term;
   }
   return out;
+}
+
+bool markers_needed(const Candidate_Structure& structure) {
+  if (!check_structure(structure).empty()) return true;
+  // The operations of the atoms (types only), with the markers or without.
+  const auto operations = [&](bool markers) {
+    Spglib_Cell c = spglib_cell(structure, false);
+    std::vector<std::array<double, 3>> positions;
+    std::vector<int> types;
+    for (std::size_t a = 0; a < c.positions.size(); ++a) {
+      if (c.types[a] <= 0 && !markers) continue;
+      positions.push_back(c.positions[a]);
+      types.push_back(c.types[a]);
+    }
+    if (positions.empty()) return 0;
+    std::unique_ptr<SpglibDataset, Dataset_Free> d(
+        spg_get_dataset(c.lattice, reinterpret_cast<double(*)[3]>(positions.data()), types.data(),
+                        static_cast<int>(positions.size()), symprec));
+    return d ? d->n_operations : 0;
+  };
+  const int with = operations(true);
+  return with == 0 || operations(false) != with;
+}
+
+Candidate_Structure without_markers(const Candidate_Structure& structure) {
+  Candidate_Structure s = structure;
+  s.positions.clear();
+  s.moments.clear();
+  s.types.clear();
+  s.labels.clear();
+  for (std::size_t a = 0; a < structure.types.size(); ++a) {
+    if (structure.types[a] == 0) continue;
+    s.positions.push_back(structure.positions[a]);
+    s.moments.push_back(structure.moments[a]);
+    s.types.push_back(structure.types[a]);
+    s.labels.push_back(structure.labels[a]);
+  }
+  return s;
 }
 
 Identification identify(const Candidate_Structure& structure, bool polar) {

@@ -60,6 +60,15 @@ struct Identification {
 // The group of the structure: with time reversal for moments, without for displacements.
 Identification identify(const Candidate_Structure& structure, bool polar);
 
+// Whether the marker atoms (type 0) of a candidate bound its symmetry: false when the atoms of
+// the sites alone, without their moments, have as many operations as with the markers (then
+// the same ones, a group being a subgroup of the other), e.g. a general position of the
+// parent.  The candidates of one run share their atoms: decided once per run.
+bool markers_needed(const Candidate_Structure& structure);
+
+// The structure without its marker atoms.
+Candidate_Structure without_markers(const Candidate_Structure& structure);
+
 // The BNS symbol of a group of type I, II or III given in the standard setting of its family
 // space group (Hall number hall_number): the family group's short Hermann-Mauguin symbol with a
 // prime on every element whose operators come with time reversal, 1' for type II.  Empty when

@@ -42,14 +42,17 @@ struct Isotropy_Operation {
 // every atom of the run's sites.  Marker atoms without a moment sit on a general position of the
 // parent group, so that the symmetry of the whole can be no higher than the parent's.
 struct Candidate_Structure {
-  std::array<int, 3> supercell{1, 1, 1};  // the cell: a diagonal multiple of the parent cell
-  std::array<Vec3d, 3> lattice{};         // Cartesian rows a, b, c of the parent cell (a metric
-                                          // that the parent's point group keeps)
-  std::vector<Vec3d> positions;           // fractional coordinates in the supercell
-  std::vector<Vec3d> moments;             // components along the unit vectors of a, b, c; the
-                                          // largest moment has length 1
-  std::vector<int> types;                 // 0 a marker atom, s an atom of site s
-  std::vector<std::string> labels;        // the atom's label in the parent cell, e.g. "Mn_1"
+  // The cell: column j is its j-th edge in the parent's coordinates.  A basis of the parent
+  // translations t (centring included) with k.t whole, the smallest cell in which the
+  // structure is periodic; rational entries for a centred parent.
+  std::array<Vec3d, 3> cell{Vec3d{1, 0, 0}, Vec3d{0, 1, 0}, Vec3d{0, 0, 1}};
+  std::array<Vec3d, 3> lattice{};   // Cartesian rows a, b, c of the parent cell (a metric that
+                                    // the parent's point group keeps)
+  std::vector<Vec3d> positions;     // fractional coordinates in the cell
+  std::vector<Vec3d> moments;       // components along the unit vectors of a, b, c; the
+                                    // largest moment has length 1
+  std::vector<int> types;           // 0 a marker atom, s an atom of site s
+  std::vector<std::string> labels;  // the atom's label in the parent cell, e.g. "Mn_1"
 };
 
 // One copy of a representation on a site: its basis functions row by row.  Row a is P_a1 of the

@@ -86,14 +86,19 @@ inline Vec3d image(const Op& op, const Vec3d& x) {
   return y;
 }
 
-// A structure in the supercell: the given atoms (parent coordinates, in the supercell's first
-// parent cell or beyond), and marker atoms on the general-position orbit of the parent group
-// in every parent cell of the supercell.
+// The cell diag(q) of the parent cell.
+inline std::array<Vec3d, 3> diagonal(std::array<int, 3> q) {
+  return {Vec3d{double(q[0]), 0, 0}, Vec3d{0, double(q[1]), 0}, Vec3d{0, 0, double(q[2])}};
+}
+
+// A structure in a diagonal supercell: the given atoms (parent coordinates, in the
+// supercell's first parent cell or beyond), and marker atoms on the general-position orbit of
+// the parent group in every parent cell of the supercell.
 struct Builder {
   Candidate_Structure s;
   void atom(const Vec3d& parent_position, const Vec3d& moment, int type, const std::string& label) {
     Vec3d x{};
-    for (int i = 0; i < 3; ++i) x[i] = frac(parent_position[i] / s.supercell[i]);
+    for (int i = 0; i < 3; ++i) x[i] = frac(parent_position[i] / s.cell[i][i]);
     s.positions.push_back(x);
     s.moments.push_back(moment);
     s.types.push_back(type);
@@ -106,9 +111,9 @@ struct Builder {
       for (double& v : y) v = frac(v);
       orbit.push_back(y);
     }
-    for (int i = 0; i < s.supercell[0]; ++i)
-      for (int j = 0; j < s.supercell[1]; ++j)
-        for (int k = 0; k < s.supercell[2]; ++k)
+    for (int i = 0; i < s.cell[0][0]; ++i)
+      for (int j = 0; j < s.cell[1][1]; ++j)
+        for (int k = 0; k < s.cell[2][2]; ++k)
           for (const auto& y : orbit) atom({y[0] + i, y[1] + j, y[2] + k}, {0, 0, 0}, 0, "X");
   }
 };
@@ -120,7 +125,7 @@ inline const std::vector<std::string> pm3m{"-y,x,z", "z,x,y", "y,x,-z", "-x,-y,-
 
 inline Candidate_Structure tetragonal(double a, double c, std::array<int, 3> supercell) {
   Candidate_Structure s;
-  s.supercell = supercell;
+  s.cell = diagonal(supercell);
   s.lattice = {Vec3d{a, 0, 0}, Vec3d{0, a, 0}, Vec3d{0, 0, c}};
   return s;
 }

@@ -30,7 +30,8 @@ double determinant(const Mat3i& m) {
 // Every operation of the group carries the structure (in the magnetic cell, as the cell's
 // basis and origin place it) onto itself, moments with det(R) R and time reversal.
 void expect_operations_keep(const Candidate_Structure& s, const Identification& id) {
-  // Atoms of the structure in the magnetic cell: x_m = B^-1 (S x - o), B the cell's columns.
+  // Atoms of the structure in the magnetic cell: x_m = B^-1 (C x - o), C the structure's
+  // cell and B the magnetic cell's columns.
   const auto& B = id.cell.basis;
   const double d = B[0][0] * (B[1][1] * B[2][2] - B[2][1] * B[1][2]) -
                    B[1][0] * (B[0][1] * B[2][2] - B[2][1] * B[0][2]) +
@@ -43,7 +44,10 @@ void expect_operations_keep(const Candidate_Structure& s, const Identification& 
   std::vector<Atom> atoms;
   for (std::size_t a = 0; a < s.positions.size(); ++a) {
     Vec3d p{};
-    for (int i = 0; i < 3; ++i) p[i] = s.supercell[i] * s.positions[a][i] - id.cell.origin[i];
+    for (int i = 0; i < 3; ++i) {
+      p[i] = -id.cell.origin[i];
+      for (int j = 0; j < 3; ++j) p[i] += s.cell[i][j] * s.positions[a][j];
+    }
     // Solve sum_j x_j B[j] = p by Cramer's rule.
     Vec3d x{};
     for (int j = 0; j < 3; ++j) {
@@ -205,7 +209,7 @@ TEST(MagneticGroups, DistortedPerovskites) {
   ASSERT_EQ(cubic.size(), 48u);
   const auto perovskite = [&](std::array<int, 3> supercell) {
     Builder b;
-    b.s.supercell = supercell;
+    b.s.cell = diagonal(supercell);
     b.s.lattice = {Vec3d{4, 0, 0}, Vec3d{0, 4, 0}, Vec3d{0, 0, 4}};
     return b;
   };
@@ -320,6 +324,29 @@ TEST(MagneticGroups, SymbolsOfTheWholeTableAreDistinct) {
     EXPECT_TRUE(fresh) << symbol << " for " << t.bns_number << " and " << at->second;
   }
   EXPECT_EQ(symbols, 1651 - 517);  // the groups of type IV are 517
+}
+
+// The markers bound the symmetry only when the sites alone have more of it than the parent:
+// Mn on 2a of P 4_2/m n m (site symmetry m.mm) alone have the symmetry of P 4/m m m with the
+// centring (1/2,1/2,1/2); atoms on a general position of P 4/m m m have exactly its 16
+// operations.
+TEST(MagneticGroups, MarkersOnlyWhereTheSitesHaveMoreSymmetry) {
+  const Candidate_Structure special = mnf2(1, -1);
+  EXPECT_TRUE(markers_needed(special));
+  Builder b{tetragonal(4, 3, {1, 1, 1})};
+  const std::vector<Op> group = closure(p4mmm);
+  ASSERT_EQ(group.size(), 16u);
+  for (const Op& op : group) b.atom(image(op, Vec3d{0.1, 0.2, 0.3}), {0, 0, 1}, 1, "Fe");
+  b.markers(group);
+  EXPECT_FALSE(markers_needed(b.s));
+  const Candidate_Structure bare = without_markers(b.s);
+  EXPECT_EQ(bare.positions.size(), 16u);
+  for (int t : bare.types) EXPECT_EQ(t, 1);
+  // Without the markers the group is the same.
+  const Identification with = identify(b.s, false), without = identify(bare, false);
+  ASSERT_TRUE(with.error.empty() && without.error.empty()) << with.error << without.error;
+  EXPECT_EQ(with.bns_number, without.bns_number);
+  EXPECT_EQ(with.operations.size(), without.operations.size());
 }
 
 }  // namespace

@@ -52,22 +52,65 @@ double wrap(double x) {
   return x - std::floor(x + 1.0e-7);
 }
 
+std::array<Vec3d, 3> inverse(const std::array<Vec3d, 3>& m) {
+  const double d = m[0][0] * (m[1][1] * m[2][2] - m[1][2] * m[2][1]) -
+                   m[0][1] * (m[1][0] * m[2][2] - m[1][2] * m[2][0]) +
+                   m[0][2] * (m[1][0] * m[2][1] - m[1][1] * m[2][0]);
+  std::array<Vec3d, 3> r{};
+  for (int i = 0; i < 3; ++i)
+    for (int j = 0; j < 3; ++j) {
+      const int i1 = (j + 1) % 3, i2 = (j + 2) % 3, j1 = (i + 1) % 3, j2 = (i + 2) % 3;
+      r[i][j] = (m[i1][j1] * m[i2][j2] - m[i1][j2] * m[i2][j1]) / d;
+    }
+  return r;
+}
+
+std::array<Vec3d, 3> diagonal(const std::array<int, 3>& q) {
+  return {Vec3d{double(q[0]), 0, 0}, Vec3d{0, double(q[1]), 0}, Vec3d{0, 0, double(q[2])}};
+}
+
+// The periods q_i of k = p_i / q_i along the axes: the isotropy subgroups list their
+// translations modulo diag(q).
+std::array<int, 3> periods(const Run_State& rs) {
+  std::array<int, 3> q{};
+  for (int i = 0; i < 3; ++i) {
+    q[i] = 1;
+    while (!(std::abs(rs.sv.vk[i] * q[i] - std::round(rs.sv.vk[i] * q[i])) < 1e-3)) ++q[i];
+  }
+  return q;
+}
+
 // Whether the operation (rot, translation in parent coordinates, time reversal) carries the
-// structure onto itself: every atom onto an atom of its type, with the moment turned by the
-// rotation (times its determinant for moments), reversed by time reversal.
+// periodic structure onto itself: the lattice of its cell onto itself, and every atom onto an
+// atom of its type, with the moment turned by the rotation (times its determinant for
+// moments), reversed by time reversal.
 bool keeps(const Candidate_Structure& cs, const Mat3i& rot, const Vec3d& translation, bool tr,
            bool polar) {
   const int s = (polar ? 1 : det(rot)) * (tr ? -1 : 1);
+  // The rotation must carry the lattice of the cell onto itself: C^-1 R C whole.
+  const std::array<Vec3d, 3> to_cell = inverse(cs.cell);
+  for (int i = 0; i < 3; ++i)
+    for (int j = 0; j < 3; ++j) {
+      double v = 0;
+      for (int a = 0; a < 3; ++a)
+        for (int b = 0; b < 3; ++b) v += to_cell[i][a] * rot[a][b] * cs.cell[b][j];
+      if (std::abs(v - std::round(v)) > 1.0e-6) return false;
+    }
   for (std::size_t i = 0; i < cs.positions.size(); ++i) {
     Vec3d y{}, m{};
+    Vec3d x{};  // the atom in the parent's coordinates
+    for (int r = 0; r < 3; ++r)
+      for (int c = 0; c < 3; ++c) x[r] += cs.cell[r][c] * cs.positions[i][c];
+    Vec3d z{};
     for (int r = 0; r < 3; ++r) {
-      y[r] = translation[r];
+      z[r] = translation[r];
       for (int c = 0; c < 3; ++c) {
-        y[r] += rot[r][c] * cs.positions[i][c] * cs.supercell[c];
+        z[r] += rot[r][c] * x[c];
         m[r] += s * rot[r][c] * cs.moments[i][c];
       }
-      y[r] = wrap(y[r] / cs.supercell[r]);
     }
+    for (int r = 0; r < 3; ++r)
+      y[r] = wrap(to_cell[r][0] * z[0] + to_cell[r][1] * z[1] + to_cell[r][2] * z[2]);
     bool found = false;
     for (std::size_t j = 0; j < cs.positions.size() && !found; ++j) {
       if (cs.types[j] != cs.types[i]) continue;
@@ -124,7 +167,7 @@ void expect_exact_isotropy(const Case& c, const std::string& label) {
       for (const Isotropy_Operation& op : dir.isotropy) listed.insert(key_of(op));
       EXPECT_EQ(listed.size(), dir.isotropy.size()) << label << ": an operation twice";
       int kept = 0;
-      every_operation(rs, dir.structure.supercell, c.mc.polar, [&](const Isotropy_Operation& op) {
+      every_operation(rs, periods(rs), c.mc.polar, [&](const Isotropy_Operation& op) {
         const bool k = keeps(dir.structure, rs.store.spg.symop[op.op - 1].rot, op.translation,
                              op.time_reversal, c.mc.polar);
         kept += k ? 1 : 0;
@@ -247,7 +290,7 @@ TEST(OrderParameters, MnF2MomentsAlongC) {
   EXPECT_EQ(seen.size(), 16U);
   // The candidate: the two Mn with opposite moments along c, and marker atoms without moment.
   const Candidate_Structure& cs = dir.structure;
-  EXPECT_EQ(cs.supercell, (std::array<int, 3>{1, 1, 1}));
+  EXPECT_EQ(cs.cell, diagonal({1, 1, 1}));
   int mn = 0;
   for (std::size_t i = 0; i < cs.positions.size(); ++i) {
     if (cs.types[i] == 0) {
@@ -321,7 +364,7 @@ TEST(OrderParameters, KNotEquivalentToMinusKDoublesTheDimension) {
     EXPECT_FALSE(pi.k_equiv_mk);
     EXPECT_EQ(pi.real_dimension, 2 * pi.dimension);
     EXPECT_EQ(pi.directions.back().dimension, 2 * pi.dimension);
-    EXPECT_EQ(pi.directions.front().structure.supercell, (std::array<int, 3>{1, 1, 3}));
+    EXPECT_EQ(pi.directions.front().structure.cell, diagonal({1, 1, 3}));
   }
   expect_exact_isotropy(c, "k=(0,0,1/3)");
   expect_rows_transform_by_d(c, "k=(0,0,1/3)");
@@ -337,7 +380,7 @@ TEST(OrderParameters, ZoneBoundaryGivesAntiTranslations) {
   ASSERT_EQ(first.rot, (Mat3i{{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}}));
   for (const Physical_Irrep& pi : c.mc.irreps) {
     for (const Order_Parameter_Direction& dir : pi.directions) {
-      EXPECT_EQ(dir.structure.supercell, (std::array<int, 3>{2, 1, 1}));
+      EXPECT_EQ(dir.structure.cell, diagonal({2, 1, 1}));
       bool anti = false, plain = false;
       for (const Isotropy_Operation& op : dir.isotropy) {
         if (op.op != 1 || std::abs(op.translation[0] - 1.0) > 1e-9) continue;
@@ -362,7 +405,7 @@ std::vector<Candidate_Structure> carrier_arrangements(const Run_State& rs, const
   for (std::size_t a = 0; a < copy.rows.size(); ++a) {
     for (Cd eta : {Cd(1, 0), Cd(0, 1)}) {
       Candidate_Structure cs;
-      cs.supercell = q;
+      cs.cell = diagonal(q);
       for (int l1 = 0; l1 < q[0]; ++l1)
         for (int l2 = 0; l2 < q[1]; ++l2)
           for (int l3 = 0; l3 < q[2]; ++l3)
@@ -405,17 +448,16 @@ TEST(OrderParameters, GeneralDirectionIsTheKernel) {
       EXPECT_EQ(general.dimension, pi.real_dimension);
       std::set<Op_Key> listed;
       for (const Isotropy_Operation& op : general.isotropy) listed.insert(key_of(op));
-      const auto arrangements = carrier_arrangements(rs, pi, general.structure.supercell);
+      const auto arrangements = carrier_arrangements(rs, pi, periods(rs));
       std::set<Op_Key> kernel;
-      every_operation(rs, general.structure.supercell, c.mc.polar,
-                      [&](const Isotropy_Operation& op) {
-                        bool all = true;
-                        for (const Candidate_Structure& cs : arrangements) {
-                          all = all && keeps(cs, rs.store.spg.symop[op.op - 1].rot, op.translation,
-                                             op.time_reversal, c.mc.polar);
-                        }
-                        if (all) kernel.insert(key_of(op));
-                      });
+      every_operation(rs, periods(rs), c.mc.polar, [&](const Isotropy_Operation& op) {
+        bool all = true;
+        for (const Candidate_Structure& cs : arrangements) {
+          all = all && keeps(cs, rs.store.spg.symop[op.op - 1].rot, op.translation,
+                             op.time_reversal, c.mc.polar);
+        }
+        if (all) kernel.insert(key_of(op));
+      });
       EXPECT_EQ(listed, kernel) << text << " IR" << pi.nu;
     }
   }
@@ -572,6 +614,54 @@ TEST(OrderParameters, PropertiesAcrossCrystalSystems) {
     expect_rows_transform_by_d(c, text);
     expect_real_dimension_rule(c, text);
     expect_exact_isotropy(c, text);
+  }
+}
+
+// The cell of a candidate is the lattice L of the whole vectors t with k.t whole: each edge
+// is in L, and its volume is the index of L, the number of values of k.t modulo 1, that is the
+// least common multiple of the denominators of k.  For k = (1/2,1/2,1/2) that is 2, not the 8
+// of the cell 2a, 2b, 2c.  It holds every atom of the sites once for each centring and each
+// parent cell within it.
+TEST(OrderParameters, CellIsTheSmallestOfK) {
+  const std::pair<const char*, int> cases[] = {
+      {"SPGR P m -3 m\nKVEC 0.5 0.5 0.5 R\nVMODE AXI\nATOM Fe FE 0.1 0.2 0.3\n", 2},
+      {"SPGR P 4/m m m\nKVEC 0 0 0.3333333 DT\nVMODE AXI\nATOM Fe FE 0 0 0\n", 3},
+      {"SPGR P 63/m m c\nKVEC 0.3333333 0.3333333 0 K\nVMODE AXI\nATOM Fe FE 0.3333333 "
+       "0.6666667 0.25\n",
+       3},
+      {"SPGR P 21/c\nKVEC 0.5 0 0.5 E\nVMODE AXI\nATOM Fe FE 0.1 0.2 0.3\n", 2},
+      {"SPGR I 4/m m m\nKVEC 0 0 1 X\nVMODE AXI\nATOM Fe FE 0 0 0\n", 1},
+      {"SPGR P n m a\nKVEC 0.25 0 0 DT\nVMODE POL\nATOM Mn MN 0.05 0.25 0.98\n", 4},
+      {"SPGR P m -3 m\nKVEC 0.5 0.5 0 M\nVMODE AXI\nATOM Fe FE 0 0 0\n", 2},
+  };
+  for (const auto& [text, volume] : cases) {
+    const Case c = analyse(text);
+    ASSERT_TRUE(c.mc.unsupported.empty()) << text << c.mc.unsupported;
+    ASSERT_FALSE(c.mc.irreps.empty()) << text;
+    const Run_State& rs = state(c);
+    std::size_t atoms = 0;
+    for (const Site& site : rs.sv.sites) atoms += site.x.size();
+    const std::size_t centrings = std::max<std::size_t>(rs.store.spg.latt_trans.size(), 1);
+    for (const Physical_Irrep& pi : c.mc.irreps) {
+      for (const Order_Parameter_Direction& dir : pi.directions) {
+        const std::array<Vec3d, 3>& cell = dir.structure.cell;
+        const double d = cell[0][0] * (cell[1][1] * cell[2][2] - cell[1][2] * cell[2][1]) -
+                         cell[0][1] * (cell[1][0] * cell[2][2] - cell[1][2] * cell[2][0]) +
+                         cell[0][2] * (cell[1][0] * cell[2][1] - cell[1][1] * cell[2][0]);
+        EXPECT_NEAR(std::abs(d), volume, 1e-9) << text;
+        for (int j = 0; j < 3; ++j) {
+          double kt = 0;
+          for (int i = 0; i < 3; ++i) {
+            EXPECT_NEAR(cell[i][j], std::round(cell[i][j]), 1e-12) << text;
+            kt += rs.sv.vk[i] * cell[i][j];
+          }
+          EXPECT_NEAR(kt, std::round(kt), 1e-5) << text << " edge " << j;
+        }
+        std::size_t of_sites = 0;
+        for (int t : dir.structure.types) of_sites += t > 0 ? 1 : 0;
+        EXPECT_EQ(of_sites, atoms * centrings * static_cast<std::size_t>(volume)) << text;
+      }
+    }
   }
 }
 
