@@ -13,8 +13,6 @@ extern "C" {
 namespace velmoria {
 namespace {
 
-using Mat3d = std::array<Vec3d, 3>;
-
 constexpr double symprec = 1e-4;       // Cartesian tolerance of spglib's search
 constexpr double displacement = 0.05;  // largest displacement of a distorted structure
 
@@ -47,18 +45,6 @@ double det(const Mat3d& m) {
   return m[0][0] * (m[1][1] * m[2][2] - m[1][2] * m[2][1]) -
          m[0][1] * (m[1][0] * m[2][2] - m[1][2] * m[2][0]) +
          m[0][2] * (m[1][0] * m[2][1] - m[1][1] * m[2][0]);
-}
-
-// The inverse of a matrix whose determinant is not zero.
-Mat3d inverse(const Mat3d& m) {
-  const double d = det(m);
-  Mat3d r{};
-  for (int i = 0; i < 3; ++i)
-    for (int j = 0; j < 3; ++j) {
-      const int i1 = (j + 1) % 3, i2 = (j + 2) % 3, j1 = (i + 1) % 3, j2 = (i + 2) % 3;
-      r[i][j] = (m[i1][j1] * m[i2][j2] - m[i1][j2] * m[i2][j1]) / d;
-    }
-  return r;
 }
 
 Mat3d to_double(const Mat3i& m) {
@@ -330,6 +316,24 @@ Candidate_Structure rebased(const Candidate_Structure& s, const Mat3i& u) {
   return r;
 }
 
+// The n operations that spglib found, in the standard setting, with the centring that the input
+// cell's lattice gives there; time_reversals may be null (no time reversal).  False, with the
+// error set, when an operation does not carry over.
+bool take_operations(int n, const int (*rotations)[3][3], const double (*translations)[3],
+                     const int* time_reversals, const Setting& st, Identification& id) {
+  for (int k = 0; k < n; ++k) {
+    Magnetic_Operation op;
+    if (!to_standard(rotations[k], translations[k], st.P, st.Pinv, st.p, op)) {
+      id.error = "the operations do not carry over to the standard setting";
+      return false;
+    }
+    op.time_reversal = time_reversals != nullptr && time_reversals[k] != 0;
+    add_unique(id.operations, op);
+  }
+  add_input_lattice(id.operations, st.P);
+  return true;
+}
+
 Identification identify_moments(const Candidate_Structure& given, Identification id) {
   std::unique_ptr<SpglibMagneticDataset, Dataset_Free> d;
   Candidate_Structure s;
@@ -357,16 +361,9 @@ Identification identify_moments(const Candidate_Structure& given, Identification
   id.space_group_number = family.number;
   id.space_group_symbol = family.international_short;
   const Setting st = setting_of(d->transformation_matrix, d->origin_shift);
-  for (int k = 0; k < d->n_operations; ++k) {
-    Magnetic_Operation op;
-    if (!to_standard(d->rotations[k], d->translations[k], st.P, st.Pinv, st.p, op)) {
-      id.error = "the operations do not carry over to the standard setting";
-      return id;
-    }
-    op.time_reversal = d->time_reversals[k] != 0;
-    add_unique(id.operations, op);
+  if (!take_operations(d->n_operations, d->rotations, d->translations, d->time_reversals, st, id)) {
+    return id;
   }
-  add_input_lattice(id.operations, st.P);
   fill_cell(s, st, id);
   fill_atoms(s, st, d->equivalent_atoms, id);
   id.bns_symbol = bns_symbol_of(id.operations, d->hall_number, id.type);
@@ -387,15 +384,7 @@ Identification identify_displacements(const Candidate_Structure& s, Identificati
   id.space_group_number = d->spacegroup_number;
   id.space_group_symbol = t.international_short;
   const Setting st = setting_of(d->transformation_matrix, d->origin_shift);
-  for (int k = 0; k < d->n_operations; ++k) {
-    Magnetic_Operation op;
-    if (!to_standard(d->rotations[k], d->translations[k], st.P, st.Pinv, st.p, op)) {
-      id.error = "the operations do not carry over to the standard setting";
-      return id;
-    }
-    add_unique(id.operations, op);
-  }
-  add_input_lattice(id.operations, st.P);
+  if (!take_operations(d->n_operations, d->rotations, d->translations, nullptr, st, id)) return id;
   fill_cell(s, st, id);
   fill_atoms(s, st, d->equivalent_atoms, id);
   return id;

@@ -187,19 +187,6 @@ Vec3d in_cell(const std::array<Vec3d, 3>& to_cell, const Vec3d& x) {
   return p;
 }
 
-std::array<Vec3d, 3> inverse(const std::array<Vec3d, 3>& m) {
-  const double d = m[0][0] * (m[1][1] * m[2][2] - m[1][2] * m[2][1]) -
-                   m[0][1] * (m[1][0] * m[2][2] - m[1][2] * m[2][0]) +
-                   m[0][2] * (m[1][0] * m[2][1] - m[1][1] * m[2][0]);
-  std::array<Vec3d, 3> r{};
-  for (int i = 0; i < 3; ++i)
-    for (int j = 0; j < 3; ++j) {
-      const int i1 = (j + 1) % 3, i2 = (j + 2) % 3, j1 = (i + 1) % 3, j2 = (i + 2) % 3;
-      r[i][j] = (m[i1][j1] * m[i2][j2] - m[i1][j2] * m[i2][j1]) / d;
-    }
-  return r;
-}
-
 bool same_point(const Vec3d& a, const Vec3d& b) {
   for (int i = 0; i < 3; ++i) {
     const double d = a[i] - b[i];
@@ -329,3 +316,20 @@ Candidate_Structure candidate(const Run_State& rs, const Frame& f,
 }
 
 }  // namespace velmoria::op_detail
+
+namespace velmoria {
+
+Mat3d inverse(const Mat3d& m) {
+  const double d = m[0][0] * (m[1][1] * m[2][2] - m[1][2] * m[2][1]) -
+                   m[0][1] * (m[1][0] * m[2][2] - m[1][2] * m[2][0]) +
+                   m[0][2] * (m[1][0] * m[2][1] - m[1][1] * m[2][0]);
+  Mat3d r{};
+  for (int i = 0; i < 3; ++i)
+    for (int j = 0; j < 3; ++j) {
+      const int i1 = (j + 1) % 3, i2 = (j + 2) % 3, j1 = (i + 1) % 3, j2 = (i + 2) % 3;
+      r[i][j] = (m[i1][j1] * m[i2][j2] - m[i1][j2] * m[i2][j1]) / d;
+    }
+  return r;
+}
+
+}  // namespace velmoria

@@ -27,6 +27,10 @@ struct Run_State;
 constexpr int max_commensurate_denominator = 12;
 
 using Vec3d = std::array<double, 3>;
+using Mat3d = std::array<Vec3d, 3>;
+
+// The inverse of a 3 x 3 matrix of reals whose determinant is not zero.
+Mat3d inverse(const Mat3d& m);
 
 // One operation of an isotropy subgroup: a space-group operator with a lattice translation of
 // the parent cell, and time reversal.  It keeps the arrangement of its direction.  Listed for

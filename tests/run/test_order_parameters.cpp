@@ -52,19 +52,6 @@ double wrap(double x) {
   return x - std::floor(x + 1.0e-7);
 }
 
-std::array<Vec3d, 3> inverse(const std::array<Vec3d, 3>& m) {
-  const double d = m[0][0] * (m[1][1] * m[2][2] - m[1][2] * m[2][1]) -
-                   m[0][1] * (m[1][0] * m[2][2] - m[1][2] * m[2][0]) +
-                   m[0][2] * (m[1][0] * m[2][1] - m[1][1] * m[2][0]);
-  std::array<Vec3d, 3> r{};
-  for (int i = 0; i < 3; ++i)
-    for (int j = 0; j < 3; ++j) {
-      const int i1 = (j + 1) % 3, i2 = (j + 2) % 3, j1 = (i + 1) % 3, j2 = (i + 2) % 3;
-      r[i][j] = (m[i1][j1] * m[i2][j2] - m[i1][j2] * m[i2][j1]) / d;
-    }
-  return r;
-}
-
 std::array<Vec3d, 3> diagonal(const std::array<int, 3>& q) {
   return {Vec3d{double(q[0]), 0, 0}, Vec3d{0, double(q[1]), 0}, Vec3d{0, 0, double(q[2])}};
 }
