@@ -232,41 +232,40 @@ def check_runs(binary, v, d):
                       f"{where}: {a['label']}: carrier takes atom 1 onto it")
 
 
+def run_text(binary, folder, code, text, *args):
+    """Writes the control file (text or bytes), runs it with --json after the code (or with the
+    arguments given before it); the status and the document."""
+    with open(os.path.join(folder, code + ".vrn"), "wb") as f:
+        f.write(text if isinstance(text, bytes) else text.encode())
+    r = run(binary, [*args, code] if args else [code, "--json"], folder)
+    return r, json.loads(read(os.path.join(folder, code + ".json")))
+
+
 def check_stopped_runs(binary, v, d):
     folder = os.path.join(d, "stopped")
     os.makedirs(folder)
-    with open(os.path.join(folder, "badk.vrn"), "w") as f:
-        f.write("TITLE a k that is no number\nSPGR P n m a\nKVEC 0 x 0\nVMODE AXI\n"
-                "ATOM Mn MN 0 0 0\n")
-    r = run(binary, ["badk", "--json"], folder)
-    doc = json.loads(read(os.path.join(folder, "badk.json")))
-    check(not schema_errors(v, doc), "stopped run: schema accepts the document")
-    check(doc["finished"] is False and "propagation vector" in (doc["stop_message"] or ""),
-          "stopped run: finished false, with the stop message")
+    r, doc = run_text(binary, folder, "badk", "TITLE a k that is no number\nSPGR P n m a\n"
+                      "KVEC 0 x 0\nVMODE AXI\nATOM Mn MN 0 0 0\n")
+    check(not schema_errors(v, doc) and doc["title"] == "a k that is no number"
+          and doc["finished"] is False and "propagation vector" in (doc["stop_message"] or ""),
+          "stopped run: schema accepts it, finished false, with the stop message")
     check(doc["stop_message"] in r.stdout + read(os.path.join(folder, "badk.vmr")),
           "stopped run: the stop message is the one the run wrote")
-    check(doc["title"] == "a k that is no number", "stopped run: title")
     check(doc["k"] is None and doc["little_group"] is None and doc["star"] is None
           and doc["representations"] == [] and doc["sites"] == [],
           "stopped run: the parts not reached are null or empty")
     # A title in Latin-1: its bytes that are no UTF-8 become U+FFFD, the document is written.
-    with open(os.path.join(folder, "latin.vrn"), "wb") as f:
-        f.write(b"TITLE Fe\xe9 \xff\nSPGR P 21/c\nKVEC 0 0 0\nVMODE AXI\nATOM Fe FE 0.1 0.2 0.3\n")
-    r = run(binary, ["latin", "--json"], folder)
-    doc = json.loads(read(os.path.join(folder, "latin.json")))
+    r, doc = run_text(binary, folder, "latin", b"TITLE Fe\xe9 \xff\nSPGR P 21/c\nKVEC 0 0 0\n"
+                      b"VMODE AXI\nATOM Fe FE 0.1 0.2 0.3\n")
     check(r.returncode == 0 and doc["finished"] and doc["title"] == "Fe\ufffd \ufffd",
           "a title that is no UTF-8: written with replacement characters")
     # --json before the code.
-    shutil.copy(os.path.join(ROOT, "examples", "mnf2.vrn"), folder)
-    r = run(binary, ["--json", "mnf2"], folder)
-    check(r.returncode == 0 and json.loads(read(os.path.join(folder, "mnf2.json")))["finished"],
-          "--json before the code")
+    r, doc = run_text(binary, folder, "mnf2", read(os.path.join(ROOT, "examples", "mnf2.vrn")),
+                      "--json")
+    check(r.returncode == 0 and doc["finished"], "--json before the code")
     # A stop at the atoms: the group, k, the little group and its representations are there.
-    with open(os.path.join(folder, "late.vrn"), "w") as f:
-        f.write("TITLE late stop\nSPGR P n m a\nKVEC 0 0 0.5 Z\nVMODE AXI\n"
-                "ATOM Mn MN 0 0 2000000\n")
-    run(binary, ["late", "--json"], folder)
-    doc = json.loads(read(os.path.join(folder, "late.json")))
+    _, doc = run_text(binary, folder, "late", "TITLE late stop\nSPGR P n m a\nKVEC 0 0 0.5 Z\n"
+                      "VMODE AXI\nATOM Mn MN 0 0 2000000\n")
     check(not schema_errors(v, doc) and doc["finished"] is False
           and "coordinate" in doc["stop_message"], "stop at the atoms: finished false, message")
     check(doc["space_group"]["number"] == 62 and doc["k"]["fractions"] == ["0", "0", "1/2"]
@@ -274,15 +273,13 @@ def check_stopped_runs(binary, v, d):
           and [r["dimension"] for r in doc["representations"]] == [2, 2] and doc["sites"] == [],
           "stop at the atoms: the parts reached are there, the sites not")
     # A finished run with a warning: no VMODE line.
-    with open(os.path.join(folder, "novmode.vrn"), "w") as f:
-        f.write("TITLE no vmode\nSPGR P 21/c\nKVEC 0 0 0\nATOM Fe FE 0.1 0.2 0.3\n")
-    run(binary, ["novmode", "--json"], folder)
-    doc = json.loads(read(os.path.join(folder, "novmode.json")))
+    _, doc = run_text(binary, folder, "novmode", "TITLE no vmode\nSPGR P 21/c\nKVEC 0 0 0\n"
+                      "ATOM Fe FE 0.1 0.2 0.3\n")
     check(doc["finished"] and doc["vectors"] == "polar"
           and any(w.startswith("=> Warning no VMODE") for w in doc["warnings"]),
           "a run without VMODE: finished, polar vectors, the warning kept")
     # No control file at all: a run that stops before it starts.
-    r = run(binary, ["nothing_here", "--json"], folder)
+    run(binary, ["nothing_here", "--json"], folder)
     doc = json.loads(read(os.path.join(folder, "nothing_here.json")))
     check(not schema_errors(v, doc) and doc["finished"] is False and doc["space_group"] is None,
           "missing control file: a stopped run document")
@@ -300,39 +297,30 @@ IRREPS = [["230", "1", "1", "1", "H"], ["221", "1/2", "1/2", "1/2", "R"],
 
 
 def check_lookups(binary, v, d):
-    for args in GROUPS:
-        where = "--group " + " ".join(args)
-        r = run(binary, ["--group"] + args + ["--json"], d)
+    docs = {}
+    for kind, args in [("--group", a) for a in GROUPS] + [("--irreps", a) for a in IRREPS]:
+        where = kind + " " + " ".join(args)
+        r = run(binary, [kind] + args + ["--json"], d)
         check(r.returncode == 0 and r.stderr == "", f"{where}: status 0")
-        doc = json.loads(r.stdout)
+        doc = docs[where] = json.loads(r.stdout)
         errors = schema_errors(v, doc)
         check(not errors, f"{where}: schema accepts the document {errors[:3]}")
         check_group(doc["space_group"], where)
-    r = run(binary, ["--group", "P 21/c", "--json"], d)
-    g = json.loads(r.stdout)["space_group"]
+        if kind == "--irreps":
+            check_representations(doc, where)
+    g = docs["--group P 21/c"]["space_group"]
     check(g["number"] == 14 and g["generators_source"] == "built_from"
-          and [o["text"] for o in g["generators"]] == ["-x,y+1/2,-z+1/2", "-x,-y,-z"],
-          "--group P 21/c: the generators of the tables")
-    check(g["centrosymmetric"] and g["centre"] is None and g["lattice"] == "P",
-          "--group P 21/c: centric at the origin, primitive")
-    g = json.loads(run(binary, ["--group", "227:1", "--json"], d).stdout)["space_group"]
+          and [o["text"] for o in g["generators"]] == ["-x,y+1/2,-z+1/2", "-x,-y,-z"]
+          and g["centrosymmetric"] and g["centre"] is None and g["lattice"] == "P",
+          "--group P 21/c: the generators of the tables, centric at the origin, primitive")
+    g = docs["--group 227:1"]["space_group"]
     check(g["centre"] == ["1/8", "1/8", "1/8"] and len(g["centring_vectors"]) == 3,
           "--group 227:1: centre off the origin at 1/8, F centring")
-
-    for args in IRREPS:
-        where = "--irreps " + " ".join(args)
-        r = run(binary, ["--irreps"] + args + ["--json"], d)
-        check(r.returncode == 0 and r.stderr == "", f"{where}: status 0")
-        doc = json.loads(r.stdout)
-        errors = schema_errors(v, doc)
-        check(not errors, f"{where}: schema accepts the document {errors[:3]}")
-        check_group(doc["space_group"], where)
-        check_representations(doc, where)
-    doc = json.loads(run(binary, ["--irreps", "230", "1", "1", "1", "H", "--json"], d).stdout)
+    doc = docs["--irreps 230 1 1 1 H"]
     check([r["dimension"] for r in doc["representations"]] == [2, 2, 2, 6]
           and doc["little_group"]["order"] == 48 and doc["k"]["label"] == "H",
           "--irreps 230 H: dimensions 2 2 2 6 of 48 operators")
-    doc = json.loads(run(binary, ["--irreps", "14", "0.123", "0", "0.31", "--json"], d).stdout)
+    doc = docs["--irreps 14 0.123 0 0.31"]
     check(doc["k"]["fractions"] == [None, "0", None] and doc["k"]["label"] == "",
           "--irreps at a general k: no fraction for 0.123 and 0.31")
     doc = json.loads(run(binary, ["--irreps", "P 63/m m c", "0.3333", "1/3", "0", "--json"],

@@ -21,6 +21,14 @@ inline double frac(double x) {
   return x - std::floor(x + 1e-9);
 }
 
+// The determinant of a 3x3 matrix of integers or reals.
+template <typename M>
+double det(const M& m) {
+  return m[0][0] * (m[1][1] * m[2][2] - m[1][2] * m[2][1]) -
+         m[0][1] * (m[1][0] * m[2][2] - m[1][2] * m[2][0]) +
+         m[0][2] * (m[1][0] * m[2][1] - m[1][1] * m[2][0]);
+}
+
 // An operator in the x,y,z form ("-y+1/2,x+1/2,z+1/2").
 inline Op parse(const std::string& text) {
   Op op;
@@ -84,6 +92,56 @@ inline Vec3d image(const Op& op, const Vec3d& x) {
     for (int j = 0; j < 3; ++j) y[i] += op.r[i][j] * x[j];
   }
   return y;
+}
+
+// Whether the operation (rot, translation in parent coordinates, time reversal) carries the
+// periodic structure onto itself: the lattice of its cell onto itself, and every atom onto an
+// atom of its type, with the moment turned by the rotation (times its determinant for
+// moments), reversed by time reversal.
+inline bool keeps(const Candidate_Structure& cs, const Mat3i& rot, const Vec3d& translation,
+                  bool tr, bool polar) {
+  const double s = (polar ? 1 : det(rot)) * (tr ? -1 : 1);
+  // The rotation must carry the lattice of the cell onto itself: C^-1 R C whole.
+  const Mat3d to_cell = inverse(cs.cell);
+  for (int i = 0; i < 3; ++i)
+    for (int j = 0; j < 3; ++j) {
+      double v = 0;
+      for (int a = 0; a < 3; ++a)
+        for (int b = 0; b < 3; ++b) v += to_cell[i][a] * rot[a][b] * cs.cell[b][j];
+      if (std::abs(v - std::round(v)) > 1.0e-6) return false;
+    }
+  for (std::size_t i = 0; i < cs.positions.size(); ++i) {
+    Vec3d y{}, m{};
+    Vec3d x{};  // the atom in the parent's coordinates
+    for (int r = 0; r < 3; ++r)
+      for (int c = 0; c < 3; ++c) x[r] += cs.cell[r][c] * cs.positions[i][c];
+    Vec3d z{};
+    for (int r = 0; r < 3; ++r) {
+      z[r] = translation[r];
+      for (int c = 0; c < 3; ++c) {
+        z[r] += rot[r][c] * x[c];
+        m[r] += s * rot[r][c] * cs.moments[i][c];
+      }
+    }
+    for (int r = 0; r < 3; ++r)
+      y[r] = frac(to_cell[r][0] * z[0] + to_cell[r][1] * z[1] + to_cell[r][2] * z[2]);
+    bool found = false;
+    for (std::size_t j = 0; j < cs.positions.size() && !found; ++j) {
+      if (cs.types[j] != cs.types[i]) continue;
+      bool here = true;
+      for (int r = 0; r < 3; ++r) {
+        const double d = std::abs(frac(y[r] - cs.positions[j][r] + 0.5) - 0.5);
+        here = here && d < 1.0e-5;
+      }
+      if (!here) continue;
+      found = true;
+      for (int r = 0; r < 3; ++r) {
+        if (std::abs(cs.moments[j][r] - m[r]) > 1.0e-4) return false;
+      }
+    }
+    if (!found) return false;
+  }
+  return true;
 }
 
 // The cell diag(q) of the parent cell.

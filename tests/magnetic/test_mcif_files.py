@@ -95,37 +95,9 @@ def check_file(path, name):
     check(moment_labels == labels and len(symmform) == len(labels),
           f"{name}: a moment with its symmform for every atom")
     unit = lat / np.linalg.norm(lat, axis=1)[:, None]
-    lt_inv = np.linalg.inv(lat.T)
-    positions, numbers, magmoms = [], [], []
-    consistent = True
-    for a, _ in enumerate(labels):
-        x0 = np.array([xyz[0][a], xyz[1][a], xyz[2][a]])
-        m0 = np.array([moment[0][a], moment[1][a], moment[2][a]]) @ unit  # Cartesian
-        for r, t, tr in ops:
-            for rc, tc, trc in centring:
-                rr = r @ rc
-                tt = r @ tc + t
-                x = (rr @ x0 + tt) % 1.0
-                rot = lat.T @ rr @ lt_inv  # the operation on Cartesian vectors
-                m = (-1 if tr != trc else 1) * round(np.linalg.det(rr)) * (rot @ m0)
-                known = False
-                for p, n, mm in zip(positions, numbers, magmoms):
-                    d = (x - p + 0.5) % 1.0 - 0.5
-                    if n == a + 1 and np.allclose(d, 0, atol=1e-5):
-                        known = True
-                        consistent = consistent and np.allclose(m, mm, atol=1e-4)
-                if not known:
-                    positions.append(x)
-                    numbers.append(a + 1)
-                    magmoms.append(m)
+    moments = [np.array([moment[c][a] for c in range(3)]) @ unit for a in range(len(labels))]
+    positions, numbers, magmoms, consistent = structure(lat, ops, centring, xyz, moments)
     check(consistent, f"{name}: the operations agree with the moments of the file")
-    # A general position carried by the operations stands for the atoms without moment.
-    generic = np.array([0.1131, 0.2271, 0.3417])
-    for r, t, _ in ops:
-        for rc, tc, _ in centring:
-            positions.append((r @ (rc @ generic + tc) + t) % 1.0)
-            numbers.append(999)
-            magmoms.append(np.zeros(3))
     ds = spglib.get_magnetic_symmetry_dataset(
         (lat, np.array(positions), np.array(numbers), np.array(magmoms)), symprec=1e-4)
     check(ds is not None, f"{name}: spglib identifies the structure of the file")
@@ -146,21 +118,53 @@ def check_polar_file(block, name):
     xyz = [[float(gemmi.cif.as_number(v)) for v in block.find_values("_atom_site_fract_" + c)]
            for c in "xyz"]
     check(len(ops) > 0 and len(labels) > 0, f"{name}: operations and atoms given")
-    positions, numbers = [], []
-    for a in range(len(labels)):
-        for r, t, _ in ops:
-            x = (r @ np.array([xyz[0][a], xyz[1][a], xyz[2][a]]) + t) % 1.0
-            if not any(n == a + 1 and np.allclose((x - p + 0.5) % 1.0 - 0.5, 0, atol=1e-5)
-                       for p, n in zip(positions, numbers)):
-                positions.append(x)
-                numbers.append(a + 1)
-    for r, t, _ in ops:
-        positions.append((r @ np.array([0.1131, 0.2271, 0.3417]) + t) % 1.0)
-        numbers.append(999)
+    identity = [(np.eye(3, dtype=int), np.zeros(3), False)]
+    positions, numbers, _, _ = structure(lat, ops, identity, xyz, [np.zeros(3)] * len(labels))
     ds = spglib.get_symmetry_dataset((lat, np.array(positions), np.array(numbers)), symprec=1e-4)
     found = ds["number"] if ds else None
     check(found == number, f"{name}: spglib finds space group {found}, the file states {number}")
     return str(number)
+
+
+def structure(lat, ops, centring, xyz, moments):
+    """The atoms (fractional xyz columns, Cartesian moments) carried by the operations and the
+    centring, and a general position for the atoms without moment: positions, atom numbers,
+    moments, and whether the images of an atom that coincide carry the same moment."""
+    lt_inv = np.linalg.inv(lat.T)
+    positions, numbers, magmoms = [], [], []
+    consistent = True
+    for a, m0 in enumerate(moments):
+        x0 = np.array([xyz[0][a], xyz[1][a], xyz[2][a]])
+        for r, t, tr in ops:
+            for rc, tc, trc in centring:
+                rr = r @ rc
+                x = (rr @ x0 + r @ tc + t) % 1.0
+                rot = lat.T @ rr @ lt_inv  # the operation on Cartesian vectors
+                m = (-1 if tr != trc else 1) * round(np.linalg.det(rr)) * (rot @ m0)
+                known = False
+                for p, n, mm in zip(positions, numbers, magmoms):
+                    if n == a + 1 and np.allclose((x - p + 0.5) % 1.0 - 0.5, 0, atol=1e-5):
+                        known = True
+                        consistent = consistent and np.allclose(m, mm, atol=1e-4)
+                if not known:
+                    positions.append(x)
+                    numbers.append(a + 1)
+                    magmoms.append(m)
+    generic = np.array([0.1131, 0.2271, 0.3417])
+    for r, t, _ in ops:
+        for rc, tc, _ in centring:
+            positions.append((r @ (rc @ generic + tc) + t) % 1.0)
+            numbers.append(999)
+            magmoms.append(np.zeros(3))
+    return positions, numbers, magmoms, consistent
+
+
+def schema_errors(value, part=None):
+    with open(os.path.join(ROOT, "schema", "velmoria.schema.json")) as f:
+        schema = json.load(f)
+    if part:
+        schema = {"$schema": schema["$schema"], "$defs": schema["$defs"], "$ref": "#/$defs/" + part}
+    return [e.message[:100] for e in jsonschema.Draft202012Validator(schema).iter_errors(value)]
 
 
 def check_samples(samples_program):
@@ -175,13 +179,9 @@ def check_samples(samples_program):
         with open(os.path.join(tmp, "mnf2_afm.mcif")) as f:
             check("\"P4_2'/mnm'\"" in f.read(), "MnF2's file names the group P4_2'/mnm'")
         # The value of the document's "magnetic" key for hand-built candidates.
-        with open(os.path.join(ROOT, "schema", "velmoria.schema.json")) as f:
-            schema = json.load(f)
         with open(os.path.join(tmp, "magnetic.json")) as f:
             value = json.load(f)
-        part = {"$schema": schema["$schema"], "$defs": schema["$defs"],
-                "$ref": "#/$defs/magnetic"}
-        errors = [e.message[:100] for e in jsonschema.Draft202012Validator(part).iter_errors(value)]
+        errors = schema_errors(value, "magnetic")
         check(not errors, f"the magnetic value meets the schema: {errors[:3]}")
         direction = value["representations"][0]["directions"][0]
         check(direction["bns_number"] == "136.499" and direction["mcif"] == "mnf2_ir3_1.mcif",
@@ -210,9 +210,7 @@ def check_run(program, code, expect_bns):
         check(read(os.path.join(tmp, code + ".tw")) == plain_block, f"{code}: block unchanged")
         with open(os.path.join(tmp, code + ".json")) as f:
             doc = json.load(f)
-        with open(os.path.join(ROOT, "schema", "velmoria.schema.json")) as f:
-            schema = json.load(f)
-        errors = [e.message[:100] for e in jsonschema.Draft202012Validator(schema).iter_errors(doc)]
+        errors = schema_errors(doc)
         check(not errors, f"{code}: the document meets the schema: {errors[:3]}")
         magnetic = doc.get("magnetic")
         check(isinstance(magnetic, dict), f"{code}: the document has the magnetic key")
