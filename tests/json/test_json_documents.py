@@ -3,10 +3,8 @@
 --group and --irreps look-ups, against the schema; the result and block files unchanged by
 --json; a stopped run told from a finished one; the operators and generators of a group closed
 as a group; the matrices of the little-group representations multiplying like the group."""
-import cmath
 import glob
 import json
-import math
 import os
 import shutil
 import sys
@@ -14,11 +12,15 @@ import tempfile
 from fractions import Fraction
 
 import jsonschema
+import numpy as np
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 ROOT = os.path.dirname(os.path.dirname(HERE))
 sys.path.insert(0, os.path.dirname(HERE))
 from cli_checks import check, run, summary  # noqa: E402
+
+sys.path.insert(0, os.path.join(os.path.dirname(HERE), "python"))
+from checks import representations_hold  # noqa: E402
 
 SCHEMA = os.path.join(ROOT, "schema", "velmoria.schema.json")
 
@@ -87,19 +89,13 @@ def check_group(g, where):
 
 
 # ---------------------------------------------------------------------------------------------
-# Representations: D(a) D(b) = exp(2 pi i k.L) D(c) for a b = (1|L) c, unitary matrices,
-# characters the traces, orthonormal characters (as the C++ checks of the stores hold them).
+# Representations: the checks of tests/python (the phase rule D(a) D(b) = exp(2 pi i k.L) D(c)
+# for a b = (1|L) c, unitary matrices, characters the traces and orthonormal) on the document
+# read here, its [re, im] pairs made complex arrays.
 
-TOL = 2.0e-3
-
-
-def matmul(a, b):
-    n = len(a)
-    return [[sum(a[i][q] * b[q][j] for q in range(n)) for j in range(n)] for i in range(n)]
-
-
-def as_complex(m):
-    return [[complex(*z) for z in row] for row in m]
+def complex_array(pairs):
+    a = np.asarray(pairs, dtype=float)
+    return a[..., 0] + 1j * a[..., 1]
 
 
 def check_star(doc, where):
@@ -122,56 +118,15 @@ def check_star(doc, where):
 
 
 def check_representations(doc, where):
-    lg = doc["little_group"]
-    reps = doc["representations"]
-    k = doc["k"]["components"]
-    ops = lg["operators"]
-    n = lg["order"]
-    check(len(ops) == n, f"{where}: {n} operators in the little group")
-    check(sum(r["dimension"] ** 2 for r in reps) == n, f"{where}: squares of dimensions = order")
-    rot = [o["rotation"] for o in ops]
-    tr = [[Fraction(t) for t in o["translation"]] for o in ops]
-    mats = [[as_complex(m) for m in r["matrices"]] for r in reps]
-    ok_shape = ok_unitary = ok_trace = ok_rule = True
-    for r, ms in zip(reps, mats):
-        d = r["dimension"]
-        ok_shape &= len(ms) == n and all(len(m) == d and all(len(row) == d for row in m)
-                                         for m in ms)
-        for g, m in enumerate(ms):
-            mh = [[m[j][i].conjugate() for j in range(d)] for i in range(d)]
-            p = matmul(m, mh)
-            ok_unitary &= all(abs(p[i][j] - (1 if i == j else 0)) <= TOL
-                              for i in range(d) for j in range(d))
-            ok_trace &= abs(sum(m[i][i] for i in range(d)) - complex(*r["characters"][g])) <= TOL
-    check(ok_shape, f"{where}: one d x d matrix per operator")
-    check(ok_unitary, f"{where}: unitary matrices")
-    check(ok_trace, f"{where}: characters are the traces")
-    for a in range(n):
-        for b in range(n):
-            r = [[sum(rot[a][i][q] * rot[b][q][j] for q in range(3)) for j in range(3)]
-                 for i in range(3)]
-            if r not in rot:
-                ok_rule = False
-                continue
-            c = rot.index(r)
-            t = [tr[a][i] + sum(rot[a][i][q] * tr[b][q] for q in range(3)) for i in range(3)]
-            kl = sum(k[i] * float(t[i] - tr[c][i]) for i in range(3))
-            phase = cmath.exp(2j * math.pi * kl)
-            for ms in mats:
-                p = matmul(ms[a], ms[b])
-                d = len(p)
-                ok_rule &= all(abs(p[i][j] - phase * ms[c][i][j]) <= TOL
-                               for i in range(d) for j in range(d))
-    check(ok_rule, f"{where}: D(a) D(b) = exp(2 pi i k.L) D(c)")
+    reps = [dict(r, matrices=complex_array(r["matrices"]),
+                 characters=complex_array(r["characters"])) for r in doc["representations"]]
+    failures = representations_hold(dict(doc, representations=reps))
+    check(not failures, f"{where}: the representations of the little group {failures[:3]}")
     group = {op_key(o["rotation"], o["translation"]) for o in doc["space_group"]["operators"]}
-    check(all(op_key(o["rotation"], o["translation"]) in group for o in ops),
+    check(all(op_key(o["rotation"], o["translation"]) in group
+              for o in doc["little_group"]["operators"]),
           f"{where}: the little group is part of the space group")
     check_star(doc, where)
-    chars = [[complex(*z) for z in r["characters"]] for r in reps]
-    ok_orth = all(abs(sum(x.conjugate() * y for x, y in zip(chars[m], chars[v])) / n
-                      - (1 if m == v else 0)) <= TOL
-                  for m in range(len(reps)) for v in range(len(reps)))
-    check(ok_orth, f"{where}: characters orthonormal")
 
 
 # ---------------------------------------------------------------------------------------------

@@ -44,5 +44,5 @@ def test_threads_give_the_sequential_documents():
     alone = [perform(task) for task in work]
     together = in_threads(work)
     for task, a, b in zip(work, alone, together):
-        assert same_data(a, b) is None, (task, same_data(a, b))
+        assert same_data(a, b), task
     assert sum(isinstance(a, tuple) for a in alone) == 2 * 3  # the two bad look-ups
