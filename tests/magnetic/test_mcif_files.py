@@ -11,7 +11,6 @@ import shutil
 import subprocess
 import sys
 import tempfile
-from fractions import Fraction
 
 import gemmi
 import jsonschema
@@ -37,24 +36,11 @@ def lattice_of(block):
 
 
 def parse_operation(text):
-    """'-y+1/2,x,z,-1' -> (R, t, time reversal)."""
-    parts = text.split(",")
-    r = np.zeros((3, 3), dtype=int)
-    t = np.zeros(3)
-    for i, part in enumerate(parts[:3]):
-        term, sign = "", 1
-        for ch in part + "+":
-            if ch in "+-":
-                if term:
-                    if term[-1] in "xyz":
-                        k = int(term[:-1]) if term[:-1] else 1
-                        r[i]["xyz".index(term[-1])] = sign * k
-                    else:
-                        t[i] = sign * float(Fraction(term))
-                term, sign = "", (1 if ch == "+" else -1)
-            else:
-                term += ch
-    return r, t, parts[3].strip() == "-1"
+    """'-y+1/2,x,z,-1' -> (R, t, time reversal), the triplet read by gemmi."""
+    triplet, reversal = text.rsplit(",", 1)
+    op = gemmi.Op(triplet)
+    return (np.array(op.rot) // gemmi.Op.DEN, np.array(op.tran) / gemmi.Op.DEN,
+            reversal.strip() == "-1")
 
 
 def loop_column(block, tag):
