@@ -6,6 +6,7 @@ extern "C" {
 #include <spglib.h>
 }
 
+#include <algorithm>
 #include <cmath>
 #include <map>
 #include <set>
@@ -47,19 +48,28 @@ void expect_operations_keep(const Candidate_Structure& s, const Identification& 
   }
 }
 
-// The time reversal of the tabulated group `uni` (standard setting) for each linear part.
-std::set<std::pair<Mat3i, bool>> tabulated(int uni) {
+// The operations of group `uni` in spglib's table, in the setting of Hall number `hall` (0: the
+// standard setting).
+std::vector<Magnetic_Operation> database(int uni, int hall) {
   static int rot[384][3][3];
   static double tr[384][3];
   static int rev[384];
-  const int n = spg_get_magnetic_symmetry_from_database(rot, tr, rev, uni, 0);
-  std::set<std::pair<Mat3i, bool>> out;
+  const int n = spg_get_magnetic_symmetry_from_database(rot, tr, rev, uni, hall);
+  std::vector<Magnetic_Operation> ops(static_cast<std::size_t>(std::max(n, 0)));
   for (int k = 0; k < n; ++k) {
-    Mat3i r{};
-    for (int i = 0; i < 3; ++i)
-      for (int j = 0; j < 3; ++j) r[i][j] = rot[k][i][j];
-    out.insert({r, rev[k] != 0});
+    for (int i = 0; i < 3; ++i) {
+      for (int j = 0; j < 3; ++j) ops[k].rotation[i][j] = rot[k][i][j];
+      ops[k].translation[i] = tr[k][i];
+    }
+    ops[k].time_reversal = rev[k] != 0;
   }
+  return ops;
+}
+
+// The time reversal of the tabulated group `uni` (standard setting) for each linear part.
+std::set<std::pair<Mat3i, bool>> tabulated(int uni) {
+  std::set<std::pair<Mat3i, bool>> out;
+  for (const auto& op : database(uni, 0)) out.insert({op.rotation, op.time_reversal});
   return out;
 }
 
@@ -212,27 +222,14 @@ TEST(MagneticGroups, SymmformOfSiteSymmetries) {
 TEST(MagneticGroups, SymbolsOfTheWholeTableAreDistinct) {
   std::array<int, 231> first_hall{};
   for (int h = 530; h >= 1; --h) first_hall[spg_get_spacegroup_type(h).number] = h;
-  static int rot[384][3][3];
-  static double tr[384][3];
-  static int rev[384];
   std::map<std::string, std::string> seen;
   int symbols = 0;
   for (int uni = 1; uni <= 1651; ++uni) {
     const SpglibMagneticSpacegroupType t = spg_get_magnetic_spacegroup_type(uni);
     if (t.type == 4) continue;
     const int hall = first_hall[t.number];
-    const int n = spg_get_magnetic_symmetry_from_database(rot, tr, rev, uni, hall);
-    ASSERT_GT(n, 0) << t.bns_number;
-    std::vector<Magnetic_Operation> ops;
-    for (int k = 0; k < n; ++k) {
-      Magnetic_Operation op;
-      for (int i = 0; i < 3; ++i) {
-        for (int j = 0; j < 3; ++j) op.rotation[i][j] = rot[k][i][j];
-        op.translation[i] = tr[k][i];
-      }
-      op.time_reversal = rev[k] != 0;
-      ops.push_back(op);
-    }
+    const std::vector<Magnetic_Operation> ops = database(uni, hall);
+    ASSERT_FALSE(ops.empty()) << t.bns_number;
     const std::string symbol = bns_symbol_of(ops, hall, t.type);
     EXPECT_FALSE(symbol.empty()) << t.bns_number;
     if (symbol.empty()) continue;
