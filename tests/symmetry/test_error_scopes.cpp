@@ -86,11 +86,8 @@ std::string last_line(std::string t) {
 }
 
 TEST(RunErrors, GeneratorThatCannotBeReadStopsTheRunWithItsMessage) {
-  const auto control = [](const std::string& gen) {
-    return "TITLE  Generators with an error\nGEN  " + gen +
-           "\nKVEC  0.0 0.0 0.0  GM\nVMODE AXI\nATOM  Cu  CU  0.00000  0.00000  0.00000\n";
-  };
-  const Run_Output out = run_velmoria({"t", control("-x,-y,z+q"), ""});
+  const Run_Output out =
+      run_velmoria({"t", "GEN  -x,-y,z+q\nKVEC  0 0 0  GM\nVMODE AXI\nATOM  Cu  CU  0 0 0\n", ""});
   const std::string stop = " =>" + bad_character + ": -x,-y,z+q";
   EXPECT_EQ(last_line(out.result), stop);
   EXPECT_EQ(last_line(out.console), stop);
