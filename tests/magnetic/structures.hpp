@@ -49,15 +49,21 @@ inline Op parse(const std::string& text) {
   return op;
 }
 
-inline Op product(const Op& a, const Op& b) {
-  Op c;
+inline Vec3d image(const Op& op, const Vec3d& x) {
+  Vec3d y{};
   for (int i = 0; i < 3; ++i) {
-    c.t[i] = a.t[i];
-    for (int j = 0; j < 3; ++j) {
-      c.t[i] += a.r[i][j] * b.t[j];
-      for (int k = 0; k < 3; ++k) c.r[i][j] += a.r[i][k] * b.r[k][j];
-    }
+    y[i] = op.t[i];
+    for (int j = 0; j < 3; ++j) y[i] += op.r[i][j] * x[j];
+  }
+  return y;
+}
+
+inline Op product(const Op& a, const Op& b) {
+  Op c{{}, image(a, b.t)};
+  for (int i = 0; i < 3; ++i) {
     c.t[i] = frac(c.t[i]);
+    for (int j = 0; j < 3; ++j)
+      for (int k = 0; k < 3; ++k) c.r[i][j] += a.r[i][k] * b.r[k][j];
   }
   return c;
 }
@@ -85,15 +91,6 @@ inline std::vector<Op> closure(const std::vector<std::string>& generators) {
   return g;
 }
 
-inline Vec3d image(const Op& op, const Vec3d& x) {
-  Vec3d y{};
-  for (int i = 0; i < 3; ++i) {
-    y[i] = op.t[i];
-    for (int j = 0; j < 3; ++j) y[i] += op.r[i][j] * x[j];
-  }
-  return y;
-}
-
 // Whether the operation (rot, translation in parent coordinates, time reversal) carries the
 // periodic structure onto itself: the lattice of its cell onto itself, and every atom onto an
 // atom of its type, with the moment turned by the rotation (times its determinant for
@@ -111,33 +108,22 @@ inline bool keeps(const Candidate_Structure& cs, const Mat3i& rot, const Vec3d& 
       if (std::abs(v - std::round(v)) > 1.0e-6) return false;
     }
   for (std::size_t i = 0; i < cs.positions.size(); ++i) {
-    Vec3d y{}, m{};
-    Vec3d x{};  // the atom in the parent's coordinates
+    Vec3d x{}, m{}, y{};  // x: the atom in the parent's coordinates, y: its image in the cell's
     for (int r = 0; r < 3; ++r)
       for (int c = 0; c < 3; ++c) x[r] += cs.cell[r][c] * cs.positions[i][c];
-    Vec3d z{};
+    const Vec3d z = image(Op{rot, translation}, x);
     for (int r = 0; r < 3; ++r) {
-      z[r] = translation[r];
-      for (int c = 0; c < 3; ++c) {
-        z[r] += rot[r][c] * x[c];
-        m[r] += s * rot[r][c] * cs.moments[i][c];
-      }
-    }
-    for (int r = 0; r < 3; ++r)
       y[r] = frac(to_cell[r][0] * z[0] + to_cell[r][1] * z[1] + to_cell[r][2] * z[2]);
+      for (int c = 0; c < 3; ++c) m[r] += s * rot[r][c] * cs.moments[i][c];
+    }
     bool found = false;
     for (std::size_t j = 0; j < cs.positions.size() && !found; ++j) {
-      if (cs.types[j] != cs.types[i]) continue;
-      bool here = true;
-      for (int r = 0; r < 3; ++r) {
-        const double d = std::abs(frac(y[r] - cs.positions[j][r] + 0.5) - 0.5);
-        here = here && d < 1.0e-5;
-      }
-      if (!here) continue;
-      found = true;
-      for (int r = 0; r < 3; ++r) {
+      bool here = cs.types[j] == cs.types[i];
+      for (int r = 0; r < 3; ++r)
+        here = here && std::abs(frac(y[r] - cs.positions[j][r] + 0.5) - 0.5) < 1.0e-5;
+      found = here;
+      for (int r = 0; r < 3 && here; ++r)
         if (std::abs(cs.moments[j][r] - m[r]) > 1.0e-4) return false;
-      }
     }
     if (!found) return false;
   }
@@ -242,20 +228,15 @@ inline Candidate_Structure polar_perovskite() {
 inline Magnetic_Candidates mnf2_candidates() {
   Magnetic_Candidates c;
   Physical_Irrep ir;
+  ir.dimension = ir.indicator = ir.real_dimension = ir.copies = 1;
   ir.nu = 3;
-  ir.dimension = 1;
-  ir.indicator = 1;
   ir.k_equiv_mk = true;
-  ir.real_dimension = 1;
-  ir.copies = 1;
   Order_Parameter_Direction d;
-  d.notation = "(a)";
-  d.dimension = 1;
-  d.free_parameters = 1;
+  d.dimension = d.free_parameters = 1;
   d.structure = mnf2(1, -1);
+  d.notation = "(a)";
   ir.directions.push_back(d);
   d.notation = "(b)";
-  d.structure = mnf2(1, -1);
   d.structure.types.pop_back();  // lists of different lengths: not identified
   ir.directions.push_back(d);
   c.irreps.push_back(ir);

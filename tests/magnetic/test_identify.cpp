@@ -66,16 +66,10 @@ std::vector<Magnetic_Operation> database(int uni, int hall) {
   return ops;
 }
 
-// The time reversal of the tabulated group `uni` (standard setting) for each linear part.
-std::set<std::pair<Mat3i, bool>> tabulated(int uni) {
+// The time reversal of each linear part of a group.
+std::set<std::pair<Mat3i, bool>> linear_parts(const std::vector<Magnetic_Operation>& ops) {
   std::set<std::pair<Mat3i, bool>> out;
-  for (const auto& op : database(uni, 0)) out.insert({op.rotation, op.time_reversal});
-  return out;
-}
-
-std::set<std::pair<Mat3i, bool>> linear_parts(const Identification& id) {
-  std::set<std::pair<Mat3i, bool>> out;
-  for (const auto& op : id.operations) out.insert({op.rotation, op.time_reversal});
+  for (const auto& op : ops) out.insert({op.rotation, op.time_reversal});
   return out;
 }
 
@@ -102,7 +96,7 @@ TEST(MagneticGroups, MnF2AlongC) {
       EXPECT_EQ(op.time_reversal, exchanges != flips) << operation_text(op, true);
     }
     expect_operations_keep(s, id);
-    EXPECT_EQ(tabulated(id.uni_number), linear_parts(id));
+    EXPECT_EQ(linear_parts(database(id.uni_number, 0)), linear_parts(id.operations));
     ASSERT_EQ(id.atoms.size(), 1u);
     EXPECT_EQ(id.atoms[0].symmform, "0,0,mz");
   }
@@ -129,13 +123,11 @@ TEST(MagneticGroups, ZoneBoundaryAntiferromagnetHasAnAntiTranslation) {
     for (int i = 0; i < 3; ++i)
       for (int j = 0; j < 3; ++j) p[i] += id.cell.basis[j][i] * op.translation[j];
     // a modulo the lattice of the supercell (2a, b, c)
-    const bool is_a = std::abs(p[0] - 1 - 2 * std::round((p[0] - 1) / 2)) < 1e-6 &&
-                      std::abs(p[1] - std::round(p[1])) < 1e-6 &&
-                      std::abs(p[2] - std::round(p[2])) < 1e-6;
-    if (is_a) (op.time_reversal ? anti : plain) = true;
+    if (std::abs(frac(p[0] / 2 + 1e-7) - 0.5) < 1e-6 && std::abs(frac(p[1] + 1e-7)) < 1e-6 &&
+        std::abs(frac(p[2] + 1e-7)) < 1e-6)
+      (op.time_reversal ? anti : plain) = true;
   }
-  EXPECT_TRUE(anti);
-  EXPECT_FALSE(plain);
+  EXPECT_TRUE(anti && !plain);
   // The 4-fold axis turns the stripes along a into stripes along b: the point group is mmm.
   std::set<Mat3i> rotations;
   for (const auto& op : id.operations) rotations.insert(op.rotation);
@@ -143,20 +135,12 @@ TEST(MagneticGroups, ZoneBoundaryAntiferromagnetHasAnAntiTranslation) {
 }
 
 TEST(MagneticGroups, DistortedPerovskites) {
-  const std::vector<Op> cubic = closure(pm3m);
-  ASSERT_EQ(cubic.size(), 48u);
-  const auto perovskite = [&](std::array<int, 3> supercell) {
-    Builder b;
-    b.s.cell = diagonal(supercell);
-    b.s.lattice = {Vec3d{4, 0, 0}, Vec3d{0, 4, 0}, Vec3d{0, 0, 4}};
-    return b;
-  };
   const Identification polar = identify(polar_perovskite(), true);
   ASSERT_TRUE(polar.error.empty()) << polar.error;
   EXPECT_EQ(polar.space_group_number, 99);
   EXPECT_EQ(polar.space_group_symbol, "P4mm");
   // Out-of-phase rotations of the octahedra about c (R point, a0a0c-): I4/mcm by hand.
-  Builder r = perovskite({2, 2, 2});
+  Builder r{tetragonal(4, 4, {2, 2, 2})};
   for (int i = 0; i < 2; ++i)
     for (int j = 0; j < 2; ++j)
       for (int k = 0; k < 2; ++k) {
@@ -167,26 +151,11 @@ TEST(MagneticGroups, DistortedPerovskites) {
         r.atom({i + 0.5, j + 0.0, k + 0.5}, {s, 0, 0}, 3, "O_2");
         r.atom({i + 0.0, j + 0.5, k + 0.5}, {0, -s, 0}, 3, "O_3");
       }
-  r.markers(cubic);
+  r.markers(closure(pm3m));
   const Identification tilt = identify(r.s, true);
   ASSERT_TRUE(tilt.error.empty()) << tilt.error;
   EXPECT_EQ(tilt.space_group_number, 140);
   EXPECT_EQ(tilt.space_group_symbol, "I4/mcm");
-}
-
-TEST(MagneticGroups, HematiteBelowTheMorinTransitionIsR3primeCprime) {
-  // By hand: inversion carries Fe at (0,0,z), +, onto (0,0,-z), -, and keeps an axial vector:
-  // it comes with time reversal (-3').  The two-fold axis y,x,-z+1/2 carries (0,0,z) onto
-  // (0,0,1/2-z), which is -, and turns m_z into -m_z: no time reversal; the c glide, their
-  // product, comes with it.
-  const Identification id = identify(hematite(), false);
-  ASSERT_TRUE(id.error.empty()) << id.error;
-  EXPECT_EQ(id.type, 3);
-  EXPECT_EQ(id.bns_symbol, "R-3'c'");
-  EXPECT_EQ(spg_get_magnetic_spacegroup_type(id.uni_number).number, 167);
-  ASSERT_EQ(id.atoms.size(), 1u);
-  EXPECT_EQ(id.atoms[0].symmform, "0,0,mz");
-  EXPECT_EQ(tabulated(id.uni_number), linear_parts(id));
 }
 
 TEST(MagneticGroups, BadCandidatesGiveAMessage) {
@@ -200,21 +169,20 @@ TEST(MagneticGroups, BadCandidatesGiveAMessage) {
 
 TEST(MagneticGroups, SymmformOfSiteSymmetries) {
   const std::array<Vec3d, 3> cubic{Vec3d{4, 0, 0}, Vec3d{0, 4, 0}, Vec3d{0, 0, 4}};
-  const auto op = [](const std::string& text, bool reversal) {
+  const auto symmform = [&](const char* text, bool reversal, bool axial = true) {
     const Op o = parse(text);
-    return Magnetic_Operation{o.r, o.t, reversal};
+    return moment_symmform({Magnetic_Operation{o.r, o.t, reversal}}, cubic, axial);
   };
-  // m_z keeps an axial vector along z; m_z' keeps one in the plane.
-  EXPECT_EQ(moment_symmform({op("x,y,-z", false)}, cubic), "0,0,mz");
-  EXPECT_EQ(moment_symmform({op("x,y,-z", true)}, cubic), "mx,my,0");
-  // The diagonal mirror (y,x,z) keeps axial vectors along its normal [1-10].
-  EXPECT_EQ(moment_symmform({op("y,x,z", false)}, cubic), "mx,-mx,0");
-  EXPECT_EQ(moment_symmform({op("y,x,z", true)}, cubic), "mx,mx,mz");
-  // Inversion keeps every axial vector; inversion with time reversal none.
-  EXPECT_EQ(moment_symmform({op("-x,-y,-z", false)}, cubic), "mx,my,mz");
-  EXPECT_EQ(moment_symmform({op("-x,-y,-z", true)}, cubic), "0,0,0");
-  // A polar vector under a mirror m_z lies in the plane.
-  EXPECT_EQ(moment_symmform({op("x,y,-z", false)}, cubic, false), "dx,dy,0");
+  // m_z keeps an axial vector along z, m_z' one in the plane; the diagonal mirror (y,x,z) one
+  // along its normal [1-10]; inversion every one, with time reversal none.  A polar vector
+  // under m_z lies in the plane.
+  EXPECT_EQ(symmform("x,y,-z", false), "0,0,mz");
+  EXPECT_EQ(symmform("x,y,-z", true), "mx,my,0");
+  EXPECT_EQ(symmform("y,x,z", false), "mx,-mx,0");
+  EXPECT_EQ(symmform("y,x,z", true), "mx,mx,mz");
+  EXPECT_EQ(symmform("-x,-y,-z", false), "mx,my,mz");
+  EXPECT_EQ(symmform("-x,-y,-z", true), "0,0,0");
+  EXPECT_EQ(symmform("x,y,-z", false, false), "dx,dy,0");
 }
 
 // Every group of type I, II and III in spglib's table, in the standard setting of its family
@@ -255,12 +223,9 @@ TEST(MagneticGroups, MarkersOnlyWhereTheSitesHaveMoreSymmetry) {
   EXPECT_FALSE(markers_needed(b.s));
   const Candidate_Structure bare = without_markers(b.s);
   EXPECT_EQ(bare.positions.size(), 16u);
-  for (int t : bare.types) EXPECT_EQ(t, 1);
   // Without the markers the group is the same.
   const Identification with = identify(b.s, false), without = identify(bare, false);
-  ASSERT_TRUE(with.error.empty() && without.error.empty()) << with.error << without.error;
-  EXPECT_EQ(with.bns_number, without.bns_number);
-  EXPECT_EQ(with.operations.size(), without.operations.size());
+  EXPECT_TRUE(with.error.empty() && with.bns_number == without.bns_number) << with.error;
 }
 
 }  // namespace

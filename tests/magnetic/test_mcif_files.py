@@ -48,24 +48,13 @@ def loop_column(block, tag):
 
 
 def check_file(path, name):
-    """Reads the file with gemmi and identifies its structure with spglib; returns its BNS
-    number (or None when it cannot be read)."""
-    try:
-        doc = gemmi.cif.read(path)
-        block = doc.sole_block()
-    except Exception as e:  # noqa: BLE001 - gemmi's errors are of several kinds
-        check(False, f"{name}: gemmi cannot read the file: {e}")
-        return None
-    check(True, f"{name}: read by gemmi")
+    """Reads the file with gemmi (an error of gemmi's stops the test) and identifies its
+    structure with spglib; returns its BNS number."""
+    block = gemmi.cif.read(path).sole_block()
     if block.find_value("_space_group.IT_number") is not None:
         return check_polar_file(block, name)
     bns = block.find_value("_space_group_magn.number_BNS")
     check(bns is not None, f"{name}: the file states a BNS number")
-    for tag in ("_parent_space_group.name_H-M_alt", "_parent_space_group.child_transform_Pp_abc",
-                "_space_group_magn.number_OG"):
-        check(block.find_value(tag) is not None, f"{name}: {tag} present")
-    check(len(loop_column(block, "_parent_propagation_vector.kxkykz")) == 1,
-          f"{name}: the propagation vector is given")
     lat = lattice_of(block)
     ops = [parse_operation(s) for s in loop_column(block, "_space_group_symop_magn_operation.xyz")]
     centring = [parse_operation(s)
@@ -160,8 +149,8 @@ def check_samples(samples_program):
         files = sorted(f for f in os.listdir(tmp) if f.endswith(".mcif"))
         check(len(files) == 5, "five hand-built files")
         found = {f: check_file(os.path.join(tmp, f), f) for f in files}
-        check(found.get("mnf2_afm.mcif") == "136.499", "MnF2 with moments +c, -c is 136.499")
-        check(found.get("polar_perovskite.mcif") == "99", "the polar perovskite is P4mm, 99")
+        check(found.get("mnf2_afm.mcif") == "136.499" and found.get("polar_perovskite.mcif") == "99",
+              "MnF2 with moments +c, -c is 136.499; the polar perovskite is P4mm, 99")
         with open(os.path.join(tmp, "mnf2_afm.mcif")) as f:
             check("\"P4_2'/mnm'\"" in f.read(), "MnF2's file names the group P4_2'/mnm'")
         # The value of the document's "magnetic" key for hand-built candidates.
@@ -169,9 +158,6 @@ def check_samples(samples_program):
             value = json.load(f)
         errors = schema_errors(value, "magnetic")
         check(not errors, f"the magnetic value meets the schema: {errors[:3]}")
-        direction = value["representations"][0]["directions"][0]
-        check(direction["bns_number"] == "136.499" and direction["mcif"] == "mnf2_ir3_1.mcif",
-              "the magnetic value names 136.499 and its file")
 
 
 def read(path):
@@ -199,26 +185,17 @@ def check_run(program, code, expect_bns):
         errors = schema_errors(doc)
         check(not errors, f"{code}: the document meets the schema: {errors[:3]}")
         magnetic = doc.get("magnetic")
-        check(isinstance(magnetic, dict), f"{code}: the document has the magnetic key")
         written = sorted(f for f in os.listdir(tmp) if f.endswith(".mcif"))
         if not magnetic or not magnetic["computed"]:
             check(not written, f"{code}: no magnetic CIF when nothing was computed")
             check(magnetic["unsupported"].encode() in result, f"{code}: the reason is given")
-            print(f"{code}: candidates not computed ({magnetic['unsupported']}); "
-                  "only the section's line is checked")
             return
         named = [d["mcif"] for ir in magnetic["representations"] for d in ir["directions"]
                  if d["mcif"]]
-        check(sorted(named) == written, f"{code}: the files named in the document are written")
-        check(len(written) > 0, f"{code}: at least one magnetic CIF")
+        check(written and sorted(named) == written, f"{code}: the files named are written")
         numbers = [check_file(os.path.join(tmp, f), f) for f in written]
         if expect_bns:
             check(expect_bns in numbers, f"{code}: a file of BNS {expect_bns}")
-        for ir in magnetic["representations"]:
-            for n, d in enumerate(ir["directions"], 1):
-                if d["mcif"]:
-                    check(d["mcif"] == f"{code}_ir{ir['number']}_{n}.mcif",
-                          f"{code}: the file name of IRrep({ir['number']}) direction {n}")
 
 
 def main():

@@ -22,10 +22,7 @@ TEST(MagneticReport, SectionFilesAndDocumentOfHandBuiltCandidates) {
   const auto& bad = r.irreps[0].directions[1];
   EXPECT_EQ(good.mcif_name, "mnf2_ir3_1.mcif");
   EXPECT_NE(good.mcif.find("_space_group_magn.number_BNS  136.499\n"), std::string::npos);
-  EXPECT_NE(good.mcif.find("_parent_space_group.child_transform_Pp_abc  'a,b,c;0,0,0'"),
-            std::string::npos);
-  EXPECT_TRUE(bad.mcif_name.empty());  // no file for a candidate that was not identified
-  EXPECT_TRUE(bad.mcif.empty());
+  EXPECT_TRUE(bad.mcif_name.empty() && bad.mcif.empty());  // not identified: no file
 
   const std::string s = magnetic_section(r);
   EXPECT_NE(s.find("MAGNETIC SPACE GROUPS OF THE ORDER-PARAMETER DIRECTIONS"), std::string::npos);
@@ -41,24 +38,16 @@ TEST(MagneticReport, SectionFilesAndDocumentOfHandBuiltCandidates) {
   const nlohmann::json j = magnetic_json(r);
   EXPECT_TRUE(j["computed"]);
   const auto& d0 = j["representations"][0]["directions"][0];
-  EXPECT_EQ(d0["bns_number"], "136.499");
-  EXPECT_EQ(d0["bns_symbol"], "P4_2'/mnm'");
-  EXPECT_EQ(d0["type"], 3);
-  EXPECT_EQ(d0["cell"]["transformation"], "a,b,c;0,0,0");
-  EXPECT_EQ(d0["mcif"], "mnf2_ir3_1.mcif");
+  EXPECT_TRUE(d0["bns_number"] == "136.499" && d0["mcif"] == "mnf2_ir3_1.mcif");
   const auto& d1 = j["representations"][0]["directions"][1];
-  EXPECT_TRUE(d1["mcif"].is_null());
-  EXPECT_TRUE(d1["bns_number"].is_null());
-  EXPECT_TRUE(d1["error"].is_string());
+  EXPECT_TRUE(d1["mcif"].is_null() && d1["bns_number"].is_null() && d1["error"].is_string());
 }
 
 TEST(MagneticReport, UnsupportedCaseGivesOneLineAndNoFile) {
   Magnetic_Candidates c;
   c.unsupported = "k is incommensurate: the symmetry is a superspace group";
   const Magnetic_Report r = magnetic_report(c, parent, "x");
-  EXPECT_TRUE(r.irreps.empty());
-  const std::string s = magnetic_section(r);
-  EXPECT_NE(s.find(" => No candidate structure was identified: k is incommensurate"),
+  EXPECT_NE(magnetic_section(r).find(" => No candidate structure was identified: k is"),
             std::string::npos);
   const nlohmann::json j = magnetic_json(r);
   EXPECT_FALSE(j["computed"]);
