@@ -6,8 +6,11 @@
 
 #include <cmath>
 #include <complex>
+#include <filesystem>
+#include <fstream>
 #include <numbers>
 #include <set>
+#include <sstream>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -444,6 +447,36 @@ TEST(OrderParameters, UnsupportedInputGivesASentence) {
     EXPECT_TRUE(c.mc.irreps.empty());
   }
   EXPECT_FLOAT_EQ(state(analyse(cases[1].first)).sv.vk[0], 0.0625f);
+}
+
+// Every control file of the examples, of the end-to-end cases and of the fuzzers' run corpus:
+// either a sentence says why nothing was computed, or every representation has a real
+// dimension of d or 2d and directions whose last one is the whole carrier.
+TEST(OrderParameters, EveryKnownControlFileIsHandled) {
+  namespace fs = std::filesystem;
+  const fs::path root(VELMORIA_SOURCE_DIR);
+  int files = 0, computed = 0;
+  for (const fs::path& dir : {root / "examples", root / "tests" / "e2e" / "cases",
+                              root / "tests" / "fuzz_corpus" / "run"}) {
+    for (const auto& entry : fs::directory_iterator(dir)) {
+      if (dir.filename() != "run" && entry.path().extension() != ".vrn") continue;
+      ++files;
+      std::ifstream in(entry.path(), std::ios::binary);
+      std::ostringstream text;
+      text << in.rdbuf();
+      const Case c = analyse(text.str());
+      EXPECT_TRUE(c.mc.unsupported.empty() || c.mc.irreps.empty()) << entry.path();
+      computed += c.mc.unsupported.empty() ? 1 : 0;
+      for (const Physical_Irrep& pi : c.mc.irreps) {
+        EXPECT_TRUE(pi.real_dimension == pi.dimension || pi.real_dimension == 2 * pi.dimension)
+            << entry.path() << " IR" << pi.nu;
+        ASSERT_FALSE(pi.directions.empty()) << entry.path();
+        EXPECT_EQ(pi.directions.back().dimension, pi.real_dimension) << entry.path();
+      }
+    }
+  }
+  EXPECT_GT(files, 20);
+  EXPECT_GT(computed, 5);
 }
 
 }  // namespace
