@@ -1,3 +1,5 @@
+// The magnetic space group of a candidate, named by spglib from a small structure of exactly its
+// symmetry, in the standard setting that spglib gives.
 #include "magnetic/identify.hpp"
 
 extern "C" {
@@ -6,108 +8,60 @@ extern "C" {
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 #include <memory>
-#include <sstream>
+
+#include "magnetic/group_witness.hpp"
+#include "magnetic/linear.hpp"
 
 namespace velmoria {
+
+using namespace linear;
+
 namespace {
 
-constexpr double symprec = 1e-4;       // Cartesian tolerance of spglib's search
-constexpr double displacement = 0.05;  // largest displacement of a distorted structure
+constexpr double symprec = 1e-4;  // Cartesian tolerance of spglib's search
 
-double norm(const Vec3d& v) {
-  return std::sqrt(v[0] * v[0] + v[1] * v[1] + v[2] * v[2]);
+// The standard setting x_s = P x + p of a group given in the coordinates of a cell.
+struct Setting {
+  Mat3d P{}, Pinv{};
+  Vec3d p{};
+};
+
+Setting setting_of(const Mat3d& P, const Vec3d& p) {
+  return Setting{P, inverse(P), p};
 }
 
-double wrap(double x) {
-  double f = x - std::floor(x);
-  if (f > 1 - 1e-6) f = 0;
-  return std::abs(f) < 1e-6 ? 0.0 : f;
-}
-
-Mat3d mul(const Mat3d& a, const Mat3d& b) {
-  Mat3d c{};
-  for (int i = 0; i < 3; ++i)
-    for (int j = 0; j < 3; ++j)
-      for (int k = 0; k < 3; ++k) c[i][j] += a[i][k] * b[k][j];
-  return c;
-}
-
-Vec3d times(const Mat3d& a, const Vec3d& x) {
-  Vec3d y{};
-  for (int i = 0; i < 3; ++i)
-    for (int k = 0; k < 3; ++k) y[i] += a[i][k] * x[k];
-  return y;
-}
-
-double det(const Mat3d& m) {
-  return m[0][0] * (m[1][1] * m[2][2] - m[1][2] * m[2][1]) -
-         m[0][1] * (m[1][0] * m[2][2] - m[1][2] * m[2][0]) +
-         m[0][2] * (m[1][0] * m[2][1] - m[1][1] * m[2][0]);
-}
-
-Mat3d to_double(const Mat3i& m) {
-  Mat3d r{};
-  for (int i = 0; i < 3; ++i)
-    for (int j = 0; j < 3; ++j) r[i][j] = m[i][j];
-  return r;
-}
-
-int idet(const Mat3i& m) {
-  return static_cast<int>(std::lround(det(to_double(m))));
-}
-
-// One operation of spglib's list carried to the standard setting x_s = P x + p.
-bool to_standard(const int rot[3][3], const double tr[3], const Mat3d& P, const Mat3d& Pinv,
-                 const Vec3d& p, Magnetic_Operation& out) {
-  Mat3d w{};
-  for (int i = 0; i < 3; ++i)
-    for (int j = 0; j < 3; ++j) w[i][j] = rot[i][j];
-  const Mat3d ws = mul(mul(P, w), Pinv);
+// An operation carried to the standard setting: P R P^-1, P t + p - P R P^-1 p.
+bool to_standard(const Magnetic_Operation& op, const Setting& st, Magnetic_Operation& out) {
+  const Mat3d ws = mul(mul(st.P, to_double(op.rotation)), st.Pinv);
   for (int i = 0; i < 3; ++i)
     for (int j = 0; j < 3; ++j) {
       const long r = std::lround(ws[i][j]);
       if (std::abs(ws[i][j] - static_cast<double>(r)) > 1e-6) return false;
       out.rotation[i][j] = static_cast<int>(r);
     }
-  const Vec3d pt = times(P, Vec3d{tr[0], tr[1], tr[2]});
-  const Vec3d wp = times(ws, p);
-  for (int i = 0; i < 3; ++i) out.translation[i] = wrap(pt[i] + p[i] - wp[i]);
+  const Vec3d pt = times(st.P, op.translation);
+  const Vec3d wp = times(ws, st.p);
+  for (int i = 0; i < 3; ++i) out.translation[i] = wrap(pt[i] + st.p[i] - wp[i]);
+  out.time_reversal = op.time_reversal;
   return true;
-}
-
-bool same_translation(const Vec3d& a, const Vec3d& b) {
-  for (int i = 0; i < 3; ++i) {
-    const double d = a[i] - b[i];
-    if (std::abs(d - std::round(d)) > 1e-5) return false;
-  }
-  return true;
-}
-
-void add_unique(std::vector<Magnetic_Operation>& ops, const Magnetic_Operation& op) {
-  for (const auto& o : ops)
-    if (o.rotation == op.rotation && o.time_reversal == op.time_reversal &&
-        same_translation(o.translation, op.translation))
-      return;
-  ops.push_back(op);
 }
 
 // The lattice of the input cell seen from the standard cell: a vector n of the input lattice is
-// P n there, a centring translation when it is not a whole vector.  spglib lists no pure lattice
-// translation of the input cell, so each operation is repeated with every such centring.
-void add_input_lattice(std::vector<Magnetic_Operation>& ops, const Mat3d& P) {
+// P n there, a centring translation when it is not a whole vector.  Each operation is repeated
+// with every such centring.
+void add_input_lattice(Group& ops, const Mat3d& P) {
   std::vector<Vec3d> centring{Vec3d{}};
   for (std::size_t c = 0; c < centring.size(); ++c) {  // closure over the three edges
     for (int e = 0; e < 3; ++e) {
       Vec3d t{};
       for (int i = 0; i < 3; ++i) t[i] = wrap(centring[c][i] + P[i][e]);
       const bool known = std::any_of(centring.begin(), centring.end(),
-                                     [&](const Vec3d& u) { return same_translation(u, t); });
+                                     [&](const Vec3d& u) { return same_point(u, t); });
       if (!known) centring.push_back(t);
     }
   }
-  const std::vector<Magnetic_Operation> listed = ops;
+  const Group listed = ops;
   for (const auto& t : centring) {
     for (auto op : listed) {
       for (int i = 0; i < 3; ++i) op.translation[i] = wrap(op.translation[i] + t[i]);
@@ -136,45 +90,6 @@ std::string cell_text(const Magnetic_Cell& cell) {
   return s;
 }
 
-// The structure as spglib reads it: lattice vectors as columns, Cartesian vectors.
-struct Spglib_Cell {
-  double lattice[3][3]{};
-  std::vector<std::array<double, 3>> positions;
-  std::vector<int> types;
-  std::vector<double> vectors;  // Cartesian, three per atom
-};
-
-Spglib_Cell spglib_cell(const Candidate_Structure& s, bool polar) {
-  Spglib_Cell c;
-  for (int r = 0; r < 3; ++r)
-    for (int j = 0; j < 3; ++j)
-      for (int i = 0; i < 3; ++i) c.lattice[r][j] += s.cell[i][j] * s.lattice[i][r];
-  double largest = 0;
-  for (std::size_t a = 0; a < s.positions.size(); ++a) {
-    Vec3d cart{};
-    for (int i = 0; i < 3; ++i) {
-      const double len = norm(s.lattice[i]);
-      for (int r = 0; r < 3; ++r) cart[r] += s.moments[a][i] * s.lattice[i][r] / len;
-    }
-    largest = std::max(largest, norm(cart));
-    c.positions.push_back({s.positions[a][0], s.positions[a][1], s.positions[a][2]});
-    c.types.push_back(s.types[a]);
-    c.vectors.insert(c.vectors.end(), cart.begin(), cart.end());
-  }
-  if (polar && largest > 0) {
-    // Displaced atoms: the largest displacement becomes `displacement` long.
-    for (std::size_t a = 0; a < c.positions.size(); ++a) {
-      const Vec3d cart{c.vectors[3 * a], c.vectors[3 * a + 1], c.vectors[3 * a + 2]};
-      Mat3d lat{};
-      for (int r = 0; r < 3; ++r)
-        for (int j = 0; j < 3; ++j) lat[r][j] = c.lattice[r][j];
-      const Vec3d frac = times(inverse(lat), cart);
-      for (int i = 0; i < 3; ++i) c.positions[a][i] += frac[i] * displacement / largest;
-    }
-  }
-  return c;
-}
-
 std::string check_structure(const Candidate_Structure& s) {
   const std::size_t n = s.positions.size();
   if (n == 0) return "the candidate structure has no atoms";
@@ -201,32 +116,33 @@ struct Dataset_Free {
   void operator()(SpglibDataset* d) const { spg_free_dataset(d); }
 };
 
-// The standard setting of a dataset: P, its inverse and p.
-struct Setting {
-  Mat3d P{}, Pinv{};
-  Vec3d p{};
-};
-
-Setting setting_of(const double tm[3][3], const double os[3]) {
-  Setting st;
-  for (int i = 0; i < 3; ++i) {
-    for (int j = 0; j < 3; ++j) st.P[i][j] = tm[i][j];
-    st.p[i] = os[i];
-  }
-  st.Pinv = inverse(st.P);
-  return st;
-}
-
 // The cell of the standard setting relative to the parent, and its Cartesian rows.
 void fill_cell(const Candidate_Structure& s, const Setting& st, Identification& id) {
   Mat3d M{};  // columns: the magnetic cell's vectors in the parent's coordinates
   for (int i = 0; i < 3; ++i)
     for (int j = 0; j < 3; ++j)
       for (int k = 0; k < 3; ++k) M[i][j] += s.cell[i][k] * st.Pinv[k][j];
+  // The origin -M p, reduced by the lattice of the magnetic cell only: a vector of the parent's
+  // lattice outside it moves the arrangement (the phase of its wave).
+  // Of its images the one with the smallest components that are not negative.
   const Vec3d o = times(M, st.p);
+  Vec3d in_cell = times(inverse(s.cell), Vec3d{-o[0], -o[1], -o[2]});
+  for (double& x : in_cell) x = wrap(x);
+  Vec3d origin = times(s.cell, in_cell);
+  double best = 1e300;
+  for (int n = 0; n < 27; ++n) {
+    Vec3d shift{};
+    for (int i = 0, v = n; i < 3; ++i, v /= 3) shift[i] = in_cell[i] + v % 3 - 1;
+    const Vec3d image = times(s.cell, shift);
+    const bool whole = image[0] > -1e-9 && image[1] > -1e-9 && image[2] > -1e-9;
+    if (whole && image[0] + image[1] + image[2] < best - 1e-9) {
+      best = image[0] + image[1] + image[2];
+      origin = image;
+    }
+  }
   for (int j = 0; j < 3; ++j) {
     for (int i = 0; i < 3; ++i) id.cell.basis[j][i] = std::abs(M[i][j]) < 1e-9 ? 0 : M[i][j];
-    id.cell.origin[j] = wrap(-o[j]);
+    id.cell.origin[j] = std::abs(origin[j]) < 1e-9 ? 0 : origin[j];
     for (int r = 0; r < 3; ++r) {
       id.cell_lattice[j][r] = 0;
       for (int i = 0; i < 3; ++i) id.cell_lattice[j][r] += M[i][j] * s.lattice[i][r];
@@ -266,7 +182,7 @@ void fill_atoms(const Candidate_Structure& s, const Setting& st, const int* equi
       const Vec3d y = times(to_double(op.rotation), atom.position);
       Vec3d d{};
       for (int i = 0; i < 3; ++i) d[i] = y[i] + op.translation[i] - atom.position[i];
-      if (same_translation(d, Vec3d{})) site.push_back(op);
+      if (same_point(d, Vec3d{})) site.push_back(op);
     }
     atom.symmform = moment_symmform(site, id.cell_lattice, !id.polar);
     id.atoms.push_back(atom);
@@ -282,25 +198,35 @@ const std::array<Mat3i, 9> bases = {
     Mat3i{{{0, 0, 1}, {1, 0, 0}, {0, 1, 0}}}, Mat3i{{{1, 0, 0}, {1, 1, 0}, {0, 0, 1}}},
     Mat3i{{{1, 0, 0}, {0, 1, 0}, {1, 1, 1}}}};
 
-// Atoms of one type whose moments differ in length are never carried onto each other: a type
-// of their own for each length lets spglib's search of the operations without moments, which
-// it then tests with moments, find fewer of them.  Lengths that differ by less than 1e-3, ten
-// times the tolerance on moments, share a class: moments that spglib takes as equal are never
-// told apart (a split would lose operations of the group).
-void length_classes(Spglib_Cell& c) {
-  std::vector<std::pair<std::pair<int, double>, std::size_t>> order;
-  for (std::size_t a = 0; a < c.types.size(); ++a) {
-    const Vec3d m{c.vectors[3 * a], c.vectors[3 * a + 1], c.vectors[3 * a + 2]};
-    order.push_back({{c.types[a], norm(m)}, a});
+// A unimodular U whose cell C U has short, nearly orthogonal edges: each edge is shortened by
+// whole multiples of the others until none shortens.  spglib's search fails on some long and
+// skewed cells (a k of (1/12,1/12,1/12)) that it names once reduced.
+Mat3i reducing_basis(const Candidate_Structure& s) {
+  Mat3i u{{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
+  std::array<Vec3d, 3> e{};  // Cartesian edges
+  for (int j = 0; j < 3; ++j)
+    for (int i = 0; i < 3; ++i)
+      for (int r = 0; r < 3; ++r) e[j][r] += s.cell[i][j] * s.lattice[i][r];
+  const auto dot = [](const Vec3d& a, const Vec3d& b) {
+    return a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
+  };
+  for (bool changed = true; changed;) {
+    changed = false;
+    for (int i = 0; i < 3; ++i)
+      for (int j = 0; j < 3; ++j) {
+        if (i == j) continue;
+        const long mu = std::lround(dot(e[i], e[j]) / dot(e[j], e[j]));
+        Vec3d shorter = e[i];
+        for (int r = 0; r < 3; ++r) shorter[r] -= static_cast<double>(mu) * e[j][r];
+        if (mu == 0 || dot(shorter, shorter) > dot(e[i], e[i]) * (1 - 1e-9)) continue;
+        for (int r = 0; r < 3; ++r) {
+          e[i][r] -= static_cast<double>(mu) * e[j][r];
+          u[r][i] -= static_cast<int>(mu) * u[r][j];
+        }
+        changed = true;
+      }
   }
-  std::sort(order.begin(), order.end());
-  int cls = 0;
-  for (std::size_t i = 0; i < order.size(); ++i) {
-    const bool same = i > 0 && order[i].first.first == order[i - 1].first.first &&
-                      order[i].first.second - order[i - 1].first.second < 1e-3;
-    if (!same) ++cls;
-    c.types[order[i].second] = cls;
-  }
+  return u;
 }
 
 // The structure in the basis C U of its lattice (U unimodular): positions U^-1 x.
@@ -316,318 +242,260 @@ Candidate_Structure rebased(const Candidate_Structure& s, const Mat3i& u) {
   return r;
 }
 
-// The n operations that spglib found, in the standard setting, with the centring that the input
-// cell's lattice gives there; time_reversals may be null (no time reversal).  False, with the
-// error set, when an operation does not carry over.
-bool take_operations(int n, const int (*rotations)[3][3], const double (*translations)[3],
-                     const int* time_reversals, const Setting& st, Identification& id) {
-  for (int k = 0; k < n; ++k) {
-    Magnetic_Operation op;
-    if (!to_standard(rotations[k], translations[k], st.P, st.Pinv, st.p, op)) {
-      id.error = "the operations do not carry over to the standard setting";
-      return false;
+// The cell's edges as Cartesian columns, as spglib reads a lattice.
+struct Spglib_Lattice {
+  double m[3][3]{};
+};
+
+Spglib_Lattice spglib_lattice(const Candidate_Structure& s) {
+  Spglib_Lattice l;
+  for (int r = 0; r < 3; ++r)
+    for (int j = 0; j < 3; ++j)
+      for (int i = 0; i < 3; ++i) l.m[r][j] += s.cell[i][j] * s.lattice[i][r];
+  return l;
+}
+
+// The dataset of a witness, when spglib finds in it exactly `order` operations: the type of the
+// group (for displacements its space group, in hall_number) and its standard setting.
+bool search(const Witness& w, Spglib_Lattice l, bool polar, int order, Named_Group& out) {
+  const int n = static_cast<int>(w.positions.size());
+  std::vector<double> positions, vectors;
+  for (int a = 0; a < n; ++a) {
+    for (int i = 0; i < 3; ++i) {
+      positions.push_back(w.positions[a][i]);
+      double v = 0;
+      for (int j = 0; j < 3; ++j) v += l.m[i][j] * w.moments[a][j];
+      vectors.push_back(v);
     }
-    op.time_reversal = time_reversals != nullptr && time_reversals[k] != 0;
-    add_unique(id.operations, op);
+  }
+  std::vector<int> types = w.types;
+  auto* xyz = reinterpret_cast<double(*)[3]>(positions.data());
+  const auto setting = [&](const double tm[3][3], const double os[3]) {
+    for (int i = 0; i < 3; ++i) {
+      for (int j = 0; j < 3; ++j) out.P[i][j] = tm[i][j];
+      out.p[i] = os[i];
+    }
+  };
+  if (polar) {
+    std::unique_ptr<SpglibDataset, Dataset_Free> d(
+        spg_get_dataset(l.m, xyz, types.data(), n, symprec));
+    if (!d || d->spacegroup_number == 0 || d->n_operations != order) return false;
+    out.hall_number = d->hall_number;
+    setting(d->transformation_matrix, d->origin_shift);
+    return true;
+  }
+  std::unique_ptr<SpglibMagneticDataset, Dataset_Free> d(
+      spg_get_magnetic_dataset(l.m, xyz, types.data(), vectors.data(), 1, n, 1, symprec));
+  if (!d || d->n_operations != order) return false;
+  out.uni_number = d->uni_number;
+  out.type = d->msg_type;
+  out.hall_number = d->hall_number;
+  setting(d->transformation_matrix, d->origin_shift);
+  return true;
+}
+
+// spglib's name and setting of the group g of a candidate in the cell of s (coordinates of
+// that cell), from the smallest witness that has no other operation with a linear part among
+// `rotations`, else from the orbits of two general points (one alone may keep more: the orbit
+// of a polar group lies in a plane).
+bool name_group(const Candidate_Structure& s, const Group& g, const std::vector<Mat3i>& rotations,
+                bool polar, Named_Group& out) {
+  const Spglib_Lattice lattice = spglib_lattice(s);
+  const int order = static_cast<int>(g.size());
+  const Vec3d x0{0.1137, 0.2269, 0.3361}, m0{0.31, 0.53, 0.79};
+  // The spatial parts of the operations: spglib's search is cheapest when the witness's
+  // positions alone keep no more than these.
+  Group parts;
+  for (Magnetic_Operation op : g) {
+    op.time_reversal = false;
+    add_unique(parts, op);
+  }
+  const int spatial = static_cast<int>(parts.size());
+  // Each orbit's moment of its own.
+  const auto moment = [&](std::size_t n) {
+    return Vec3d{m0[0] + 0.0131 * n, m0[1] + 0.0173 * n, m0[2] - 0.0119 * n};
+  };
+  Witness w;
+  for (const Vec3d& x : special_points(g, x0)) {
+    if (std::any_of(w.positions.begin(), w.positions.end(),
+                    [&](const Vec3d& p) { return same_point(p, x); }))
+      continue;
+    Witness orbit;
+    const Vec3d m = moment(w.types.empty() ? 0 : static_cast<std::size_t>(w.types.back()));
+    add_orbit(orbit, g, x, m);
+    // An orbit without moments tells nothing of time reversal: only orbits with them serve.
+    if (!polar && norm(orbit.moments[0]) < 1e-6) continue;
+    if (w.positions.size() + orbit.positions.size() >= g.size()) break;
+    add_orbit(w, g, x, m);
+    const Keeping kept = operations_keeping(w, rotations);
+    if (kept.positions == spatial && (polar || kept.moments == order) &&
+        search(w, lattice, polar, order, out))
+      return true;
+  }
+  Witness general;
+  add_orbit(general, g, x0, m0);
+  add_orbit(general, g, Vec3d{x0[2], x0[0] + 0.3, x0[1] + 0.2}, moment(1));
+  return search(general, lattice, polar, order, out);
+}
+
+// For each atom the first atom of its orbit under the group.
+std::vector<int> first_of_orbits(const Candidate_Structure& s, const Group& g) {
+  const std::size_t n = s.positions.size();
+  std::vector<int> first(n, -1);
+  for (std::size_t a = 0; a < n; ++a) {
+    if (first[a] >= 0) continue;
+    first[a] = static_cast<int>(a);
+    for (const auto& op : g) {
+      const Vec3d y = image_of(op, s.positions[a]);
+      for (std::size_t b = a + 1; b < n; ++b)
+        if (first[b] < 0 && s.types[b] == s.types[a] && same_point(y, s.positions[b]))
+          first[b] = static_cast<int>(a);
+    }
+  }
+  return first;
+}
+
+// The identification of the candidate s with group g (coordinates of its cell) in the setting
+// that spglib named.
+Identification described(const Candidate_Structure& s, const Group& g, const Named_Group& named,
+                         Identification id) {
+  const Setting st = setting_of(named.P, named.p);
+  if (id.polar) {
+    const SpglibSpacegroupType t = spg_get_spacegroup_type(named.hall_number);
+    id.space_group_number = t.number;
+    id.space_group_symbol = t.international_short;
+  } else {
+    const SpglibMagneticSpacegroupType t = spg_get_magnetic_spacegroup_type(named.uni_number);
+    id.uni_number = named.uni_number;
+    id.bns_number = t.bns_number;
+    id.og_number = t.og_number;
+    id.type = named.type;
+    const SpglibSpacegroupType family = spg_get_spacegroup_type(named.hall_number);
+    id.space_group_number = family.number;
+    id.space_group_symbol = family.international_short;
+  }
+  for (const auto& op : g) {
+    Magnetic_Operation standard;
+    if (!to_standard(op, st, standard)) {
+      id.error = "the operations do not carry over to the standard setting";
+      return id;
+    }
+    add_unique(id.operations, standard);
   }
   add_input_lattice(id.operations, st.P);
-  return true;
-}
-
-Identification identify_moments(const Candidate_Structure& given, Identification id) {
-  std::unique_ptr<SpglibMagneticDataset, Dataset_Free> d;
-  Candidate_Structure s;
-  // First with a type for each length of moment, in every basis, then with the types of the
-  // sites, in every basis.
-  for (std::size_t attempt = 0; attempt < 2 * bases.size() && !d; ++attempt) {
-    s = rebased(given, bases[attempt % bases.size()]);
-    Spglib_Cell c = spglib_cell(s, false);
-    if (attempt < bases.size()) length_classes(c);
-    const int n = static_cast<int>(c.positions.size());
-    d.reset(spg_get_magnetic_dataset(c.lattice, reinterpret_cast<double(*)[3]>(c.positions.data()),
-                                     c.types.data(), c.vectors.data(), 1, n, 1, symprec));
-  }
-  if (!d) {
-    id.error = std::string("spglib found no magnetic space group: ") +
-               spg_get_error_message(spg_get_error_code());
-    return id;
-  }
-  const SpglibMagneticSpacegroupType t = spg_get_magnetic_spacegroup_type(d->uni_number);
-  id.uni_number = d->uni_number;
-  id.bns_number = t.bns_number;
-  id.og_number = t.og_number;
-  id.type = d->msg_type;
-  const SpglibSpacegroupType family = spg_get_spacegroup_type(d->hall_number);
-  id.space_group_number = family.number;
-  id.space_group_symbol = family.international_short;
-  const Setting st = setting_of(d->transformation_matrix, d->origin_shift);
-  if (!take_operations(d->n_operations, d->rotations, d->translations, d->time_reversals, st, id)) {
-    return id;
-  }
   fill_cell(s, st, id);
-  fill_atoms(s, st, d->equivalent_atoms, id);
-  id.bns_symbol = bns_symbol_of(id.operations, d->hall_number, id.type);
+  fill_atoms(s, st, first_of_orbits(s, g).data(), id);
+  if (!id.polar) id.bns_symbol = bns_symbol_of(id.operations, named.hall_number, id.type);
   return id;
 }
 
-Identification identify_displacements(const Candidate_Structure& s, Identification id) {
-  Spglib_Cell c = spglib_cell(s, true);
-  const int n = static_cast<int>(c.positions.size());
-  std::unique_ptr<SpglibDataset, Dataset_Free> d(spg_get_dataset(
-      c.lattice, reinterpret_cast<double(*)[3]>(c.positions.data()), c.types.data(), n, symprec));
-  if (!d || d->spacegroup_number == 0) {
-    id.error =
-        std::string("spglib found no space group: ") + spg_get_error_message(spg_get_error_code());
-    return id;
-  }
-  const SpglibSpacegroupType t = spg_get_spacegroup_type(d->hall_number);
-  id.space_group_number = d->spacegroup_number;
-  id.space_group_symbol = t.international_short;
-  const Setting st = setting_of(d->transformation_matrix, d->origin_shift);
-  if (!take_operations(d->n_operations, d->rotations, d->translations, nullptr, st, id)) return id;
-  fill_cell(s, st, id);
-  fill_atoms(s, st, d->equivalent_atoms, id);
-  return id;
-}
-
-// ---- The BNS symbol ----
-
-using Dir = std::array<int, 3>;
-
-bool fixes(const Mat3i& r, const Dir& d, int sign) {
-  for (int i = 0; i < 3; ++i) {
-    int y = 0;
-    for (int k = 0; k < 3; ++k) y += r[i][k] * d[k];
-    if (y != sign * d[i]) return false;
-  }
-  return true;
-}
-
-Mat3i negated(Mat3i r) {
-  for (auto& row : r)
-    for (int& x : row) x = -x;
-  return r;
-}
-
-int order(const Mat3i& r) {
+// The operations that may carry one isotropy subgroup onto another, in the cell's coordinates:
+// the parent's, also moved by half a lattice vector of the parent, which normalise most space
+// groups (their origins of equal rights).
+Group conjugators(const std::vector<Isotropy_Operation>& parent, const Mat3d& cell) {
   const Mat3i one{{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
-  Mat3i p = r;
-  for (int n = 1; n <= 6; ++n) {
-    if (p == one) return n;
-    Mat3i q{};
-    for (int i = 0; i < 3; ++i)
-      for (int j = 0; j < 3; ++j)
-        for (int k = 0; k < 3; ++k) q[i][j] += p[i][k] * r[k][j];
-    p = q;
+  std::vector<Isotropy_Operation> first, shifts;
+  for (const Isotropy_Operation& op : parent) {
+    if (op.translation[0] < 1 && op.translation[1] < 1 && op.translation[2] < 1)
+      first.push_back(op);
+    if (op.rotation != one) continue;
+    for (int h = 0; h < 8; ++h) {
+      Isotropy_Operation moved = op;
+      for (int i = 0; i < 3; ++i) moved.translation[i] += 0.5 * ((h >> i) & 1);
+      shifts.push_back(moved);
+    }
   }
-  return 0;
-}
-
-// Whether the linear part r is the element `symbol` of a symbol position along d: an axis
-// ("2", "4_2", "-4", "-1") or a plane perpendicular to d ("m", "n", "c", ...).
-bool is_element(const Mat3i& r, const std::string& symbol, const Dir& d) {
-  if (symbol == "-1") return r == negated(Mat3i{{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}});
-  const int det_r = idet(r);
-  if (symbol[0] == '-') {  // rotoinversion -n: -r turns by 2 pi / n about d
-    const int n = symbol[1] - '0';
-    return det_r == -1 && order(negated(r)) == n && fixes(negated(r), d, 1);
+  Group ops, moves, out;
+  group_in_cell(first, cell, false, ops);
+  group_in_cell(shifts, cell, false, moves);
+  for (Magnetic_Operation op : ops) {
+    const Vec3d t = op.translation;
+    for (const Magnetic_Operation& m : moves) {
+      for (int i = 0; i < 3; ++i) op.translation[i] = wrap(t[i] + m.translation[i]);
+      add_unique(out, op);
+    }
   }
-  if (symbol[0] >= '2' && symbol[0] <= '6') {
-    const int n = symbol[0] - '0';
-    return det_r == 1 && order(r) == n && fixes(r, d, 1);
-  }
-  // A plane: -r is the two-fold rotation about its normal d.
-  return det_r == -1 && order(negated(r)) == 2 && fixes(negated(r), d, 1);
-}
-
-// The prime of an element: "'" when its operators carry time reversal, "" when not, "?" when
-// no operator is that element or its operators disagree.
-std::string prime_of(const std::vector<Magnetic_Operation>& ops, const std::string& symbol,
-                     const Dir& d) {
-  if (symbol == "1") return "";
-  int with = 0, without = 0;
-  for (const auto& op : ops)
-    if (is_element(op.rotation, symbol, d)) (op.time_reversal ? with : without)++;
-  if (with > 0 && without == 0) return "'";
-  if (without > 0 && with == 0) return "";
-  return "?";
-}
-
-std::vector<std::string> split(const std::string& s, char sep) {
-  std::vector<std::string> out;
-  std::string part;
-  std::istringstream in(s);
-  while (std::getline(in, part, sep))
-    if (!part.empty()) out.push_back(part);
   return out;
-}
-
-// The directions of the positions of the short symbol of a group of number `number`.
-std::vector<Dir> symbol_directions(int number, const std::vector<std::string>& full) {
-  if (number <= 2) return {Dir{0, 0, 1}};
-  if (number <= 15) {  // monoclinic: the unique axis is the position of the full symbol that
-                       // is not 1
-    for (std::size_t i = 1; i < full.size() && i <= 3; ++i)
-      if (full[i] != "1") return {i == 1 ? Dir{1, 0, 0} : i == 2 ? Dir{0, 1, 0} : Dir{0, 0, 1}};
-    return {};
-  }
-  if (number <= 74) return {Dir{1, 0, 0}, Dir{0, 1, 0}, Dir{0, 0, 1}};
-  if (number <= 194) return {Dir{0, 0, 1}, Dir{1, 0, 0}, Dir{1, -1, 0}};
-  return {Dir{1, 0, 0}, Dir{1, 1, 1}, Dir{1, -1, 0}};
 }
 
 }  // namespace
 
-std::string fraction_text(double v) {
-  for (int den = 1; den <= 48; ++den) {
-    const double num = v * den;
-    const long r = std::lround(num);
-    if (std::abs(num - static_cast<double>(r)) < 1e-5 * den) {
-      if (r == 0) return "0";
-      return den == 1 ? std::to_string(r) : std::to_string(r) + "/" + std::to_string(den);
-    }
-  }
-  char buf[32];
-  std::snprintf(buf, sizeof buf, "%.6f", v);
-  return buf;
-}
+Identifier::Identifier(std::vector<Isotropy_Operation> parent, bool polar)
+    : parent_(std::move(parent)), polar_(polar) {}
 
-std::string bns_symbol_of(const std::vector<Magnetic_Operation>& operations, int hall_number,
-                          int type) {
-  if (type < 1 || type > 3 || hall_number < 1 || hall_number > 530) return {};
-  const SpglibSpacegroupType t = spg_get_spacegroup_type(hall_number);
-  // Only in the standard setting of the type (an origin choice aside): the symbol of another
-  // setting would name the group in axes that BNS does not use.
-  int first = 1;
-  while (first < hall_number && spg_get_spacegroup_type(first).number != t.number) ++first;
-  if (std::string(spg_get_spacegroup_type(first).international_short) != t.international_short)
-    return {};
-  std::string shorter = t.international;
-  if (const auto eq = shorter.find(" = "); eq != std::string::npos) shorter.resize(eq);
-  const std::vector<std::string> tokens = split(shorter, ' ');
-  const std::vector<std::string> full = split(t.international_full, ' ');
-  const std::vector<Dir> dirs = symbol_directions(t.number, full);
-  if (tokens.size() < 2 || tokens.size() - 1 > dirs.size()) return {};
-  std::string symbol = tokens[0];
-  for (std::size_t i = 1; i < tokens.size(); ++i) {
-    const Dir& d = dirs[i - 1];
-    const std::vector<std::string> parts = split(tokens[i], '/');
-    for (std::size_t k = 0; k < parts.size(); ++k) {
-      if (k > 0) symbol += '/';
-      std::string element = parts[k];
-      const bool axis = element[0] == '-' || (element[0] >= '1' && element[0] <= '6');
-      if (parts.size() == 2 && k == 1 && axis) return {};
-      const std::string prime = type == 2 ? "" : prime_of(operations, element.substr(0, 2), d);
-      if (prime == "?") return {};
-      symbol += element + prime;
-    }
-  }
-  if (type == 2) symbol += "1'";
-  return symbol;
-}
-
-std::string moment_symmform(const std::vector<Magnetic_Operation>& site_operations,
-                            const std::array<Vec3d, 3>& lattice, bool axial) {
-  const char* names[3] = {axial ? "mx" : "dx", axial ? "my" : "dy", axial ? "mz" : "dz"};
-  // Rows of the constraints s R_u - 1 on the components along the unit vectors.
-  std::vector<Vec3d> rows;
-  for (const auto& op : site_operations) {
-    const Mat3d r = to_double(op.rotation);
-    double s = 1;
-    if (axial) s = det(r) * (op.time_reversal ? -1 : 1);
-    for (int i = 0; i < 3; ++i) {
-      Vec3d row{};
-      for (int j = 0; j < 3; ++j)
-        row[j] = s * r[i][j] * norm(lattice[i]) / norm(lattice[j]) - (i == j ? 1 : 0);
-      rows.push_back(row);
-    }
-  }
-  // Reduced row echelon form, pivots taken from the last component backwards so that the
-  // free components are the first ones (mx,-mx,0 rather than -my,my,0).
-  std::array<int, 3> pivot_row{-1, -1, -1};
-  std::size_t r = 0;
-  for (int c = 2; c >= 0 && r < rows.size(); --c) {
-    std::size_t best = r;
-    for (std::size_t k = r; k < rows.size(); ++k)
-      if (std::abs(rows[k][c]) > std::abs(rows[best][c])) best = k;
-    if (std::abs(rows[best][c]) < 1e-6) continue;
-    std::swap(rows[r], rows[best]);
-    const double p = rows[r][c];
-    for (double& x : rows[r]) x /= p;
-    for (std::size_t k = 0; k < rows.size(); ++k) {
-      if (k == r) continue;
-      const double f = rows[k][c];
-      for (int j = 0; j < 3; ++j) rows[k][j] -= f * rows[r][j];
-    }
-    pivot_row[c] = static_cast<int>(r++);
-  }
-  std::string out;
-  for (int c = 0; c < 3; ++c) {
-    if (c > 0) out += ',';
-    if (pivot_row[c] < 0) {
-      out += names[c];
-      continue;
-    }
-    std::string term;
-    for (int f = 0; f < 3; ++f) {
-      if (pivot_row[f] >= 0) continue;
-      const double coef = -rows[pivot_row[c]][f];
-      if (std::abs(coef) < 1e-6) continue;
-      std::string k = fraction_text(coef);
-      if (k == "1") k.clear();
-      if (k == "-1") k = "-";
-      if (!term.empty() && (k.empty() || k.front() != '-')) term += '+';
-      term += k + names[f];
-    }
-    out += term.empty() ? "0" : term;
-  }
-  return out;
-}
-
-bool markers_needed(const Candidate_Structure& structure) {
-  if (!check_structure(structure).empty()) return true;
-  // The operations of the atoms (types only), with the markers or without.
-  const auto operations = [&](bool markers) {
-    Spglib_Cell c = spglib_cell(structure, false);
-    std::vector<std::array<double, 3>> positions;
-    std::vector<int> types;
-    for (std::size_t a = 0; a < c.positions.size(); ++a) {
-      if (c.types[a] <= 0 && !markers) continue;
-      positions.push_back(c.positions[a]);
-      types.push_back(c.types[a]);
-    }
-    if (positions.empty()) return 0;
-    std::unique_ptr<SpglibDataset, Dataset_Free> d(
-        spg_get_dataset(c.lattice, reinterpret_cast<double(*)[3]>(positions.data()), types.data(),
-                        static_cast<int>(positions.size()), symprec));
-    return d ? d->n_operations : 0;
-  };
-  const int with = operations(true);
-  return with == 0 || operations(false) != with;
-}
-
-Candidate_Structure without_markers(const Candidate_Structure& structure) {
-  Candidate_Structure s = structure;
-  s.positions.clear();
-  s.moments.clear();
-  s.types.clear();
-  s.labels.clear();
-  for (std::size_t a = 0; a < structure.types.size(); ++a) {
-    if (structure.types[a] == 0) continue;
-    s.positions.push_back(structure.positions[a]);
-    s.moments.push_back(structure.moments[a]);
-    s.types.push_back(structure.types[a]);
-    s.labels.push_back(structure.labels[a]);
-  }
-  return s;
-}
-
-Identification identify(const Candidate_Structure& structure, bool polar) {
+Identification Identifier::identify(const Candidate_Structure& s,
+                                    const std::vector<Isotropy_Operation>& group) {
   Identification id;
-  id.polar = polar;
-  id.error = check_structure(structure);
+  id.polar = polar_;
+  id.error = check_structure(s);
   if (!id.error.empty()) return id;
-  return polar ? identify_displacements(structure, id) : identify_moments(structure, id);
+  Group g;
+  if (group_in_cell(group, s.cell, !polar_, g) > 0 || g.empty()) {
+    id.error = "the operations of the group do not keep the cell";
+    return id;
+  }
+  if (conjugators_cell_ != s.cell || conjugators_.empty()) {
+    conjugators_cell_ = s.cell;
+    conjugators_ = conjugators(parent_, s.cell);
+  }
+  // A group conjugate to one named before, g = a g1 a^-1, is named in the setting of g1 moved
+  // by a: P a^-1.  A proper a keeps the standard cell right-handed; an improper one is made
+  // proper by an improper operation h of g1 (a h g1 (a h)^-1 = a g1 a^-1).
+  for (const Known& k : known_) {
+    if (k.cell != s.cell || k.group.size() != g.size()) continue;
+    for (Magnetic_Operation a : conjugators_) {
+      if (idet(a.rotation) < 0) {
+        const auto h = std::find_if(k.group.begin(), k.group.end(),
+                                    [](const auto& op) { return idet(op.rotation) < 0; });
+        if (h == k.group.end()) continue;
+        a.translation = image_of(a, h->translation);
+        a.rotation = mul(a.rotation, h->rotation);
+      }
+      if (!conjugate(k.group, a, g)) continue;
+      Named_Group named = k.named;
+      const Mat3d a_inv = inverse(to_double(a.rotation));
+      named.P = mul(k.named.P, a_inv);
+      const Vec3d shift = times(named.P, a.translation);
+      for (int i = 0; i < 3; ++i) named.p[i] = k.named.p[i] - shift[i];
+      return described(s, g, named, id);
+    }
+  }
+  std::vector<Mat3i> rotations;
+  for (const Group* list : {&conjugators_, &g})
+    for (const auto& op : *list)
+      if (std::find(rotations.begin(), rotations.end(), op.rotation) == rotations.end())
+        rotations.push_back(op.rotation);
+  const Mat3i reducing = reducing_basis(s);
+  for (const Mat3i& basis : bases) {
+    const Mat3i u = mul(reducing, basis);
+    const Candidate_Structure r = rebased(s, u);
+    Group gr;
+    group_in_cell(group, r.cell, !polar_, gr);
+    Named_Group named;
+    std::vector<Mat3i> rotations_r;
+    const Mat3d ud = to_double(u), u_inv = inverse(ud);
+    for (const Mat3i& rot : rotations) {
+      const Mat3d m = mul(mul(u_inv, to_double(rot)), ud);
+      Mat3i mi{};
+      for (int i = 0; i < 3; ++i)
+        for (int j = 0; j < 3; ++j) mi[i][j] = static_cast<int>(std::lround(m[i][j]));
+      rotations_r.push_back(mi);
+    }
+    if (!name_group(r, gr, rotations_r, polar_, named)) continue;
+    // x_s = P x_r + p with x_r = U^-1 x: P U^-1 in the cell's own coordinates.
+    named.P = mul(named.P, u_inv);
+    known_.push_back({s.cell, g, named});
+    return described(s, g, named, id);
+  }
+  id.error = std::string(polar_ ? "spglib found no space group: "
+                                : "spglib found no magnetic space group: ") +
+             spg_get_error_message(spg_get_error_code());
+  return id;
+}
+
+Identification identify(const Candidate_Structure& structure,
+                        const std::vector<Isotropy_Operation>& group, bool polar) {
+  return Identifier({}, polar).identify(structure, group);
 }
 
 }  // namespace velmoria

@@ -57,17 +57,42 @@ struct Identification {
   std::vector<Cell_Atom> atoms;                // asymmetric unit, atoms of the run's sites
 };
 
-// The group of the structure: with time reversal for moments, without for displacements.
-Identification identify(const Candidate_Structure& structure, bool polar);
+// What spglib names a group by: its type (for displacements only hall_number, the space
+// group's setting) and the standard setting x_s = P x + p of the candidate cell's coordinates.
+struct Named_Group {
+  int uni_number = 0, type = 0, hall_number = 0;
+  Mat3d P{};
+  Vec3d p{};
+};
 
-// Whether the marker atoms (type 0) of a candidate bound its symmetry: false when the atoms of
-// the sites alone, without their moments, have as many operations as with the markers (then
-// the same ones, a group being a subgroup of the other), e.g. a general position of the
-// parent.  The candidates of one run share their atoms: decided once per run.
-bool markers_needed(const Candidate_Structure& structure);
+// Identifies the candidates of one run.  A group conjugate to one named before by an operation
+// of the parent takes that one's name, its setting moved by the operation, without spglib.
+class Identifier {
+ public:
+  // parent: every operation of the parent group within the magnetic cell (parent coordinates,
+  // without time reversal); empty when not known.
+  Identifier(std::vector<Isotropy_Operation> parent, bool polar);
+  Identification identify(const Candidate_Structure& structure,
+                          const std::vector<Isotropy_Operation>& group);
 
-// The structure without its marker atoms.
-Candidate_Structure without_markers(const Candidate_Structure& structure);
+ private:
+  struct Known {
+    std::array<Vec3d, 3> cell;
+    std::vector<Magnetic_Operation> group;  // in the coordinates of the cell
+    Named_Group named;
+  };
+  std::vector<Isotropy_Operation> parent_;
+  bool polar_;
+  std::vector<Known> known_;
+  std::array<Vec3d, 3> conjugators_cell_{};
+  std::vector<Magnetic_Operation> conjugators_;  // in the coordinates of that cell
+};
+
+// The magnetic space group of a candidate structure whose symmetry is `group` (its isotropy
+// subgroup, in the parent's coordinates): with time reversal for moments; for displacements the
+// space group of its operations without time reversal.
+Identification identify(const Candidate_Structure& structure,
+                        const std::vector<Isotropy_Operation>& group, bool polar);
 
 // The BNS symbol of a group of type I, II or III given in the standard setting of its family
 // space group (Hall number hall_number): the family group's short Hermann-Mauguin symbol with a

@@ -88,11 +88,7 @@ Magnetic_Report magnetic_report(const Magnetic_Candidates& candidates, const Par
   report.unsupported = candidates.unsupported;
   report.polar = candidates.polar;
   if (!report.unsupported.empty()) return report;
-  // The markers are left out when the sites alone keep the candidates' symmetry within the
-  // parent's: fewer atoms for spglib, whose search grows with their square.
-  bool markers = true;
-  if (!candidates.irreps.empty() && !candidates.irreps.front().directions.empty())
-    markers = markers_needed(candidates.irreps.front().directions.front().structure);
+  Identifier identifier(candidates.operations, report.polar);
   for (const auto& pi : candidates.irreps) {
     Magnetic_Irrep ir{
         pi.nu, pi.dimension, pi.indicator, pi.partner, pi.real_dimension, pi.copies, pi.k_equiv_mk,
@@ -100,11 +96,7 @@ Magnetic_Report magnetic_report(const Magnetic_Candidates& candidates, const Par
     for (std::size_t n = 0; n < pi.directions.size(); ++n) {
       const auto& od = pi.directions[n];
       Magnetic_Direction d{
-          od.notation,
-          od.free_parameters,
-          identify(markers ? od.structure : without_markers(od.structure), report.polar),
-          {},
-          {}};
+          od.notation, od.free_parameters, identifier.identify(od.structure, od.isotropy), {}, {}};
       if (d.group.error.empty()) {
         const std::string name = code + "_ir" + std::to_string(pi.nu) + "_" + std::to_string(n + 1);
         d.mcif_name = name + ".mcif";

@@ -1,6 +1,6 @@
 // The candidate structure of a direction: the atoms of the run's sites in the magnetic cell
-// with their moments (or displacements), marker atoms on a general position of the parent
-// group, and a Cartesian cell whose metric the parent's point group keeps.
+// with their moments (or displacements), and a Cartesian cell whose metric the parent's point
+// group keeps.
 #include <algorithm>
 #include <cmath>
 #include <numbers>
@@ -234,16 +234,7 @@ Vec3d apply(const Sym_Oper_Type& op, const Vec3d& x) {
   return y;
 }
 
-// Positions and moments of every atom of the sites in the cell, with the marker atoms.
-Candidate_Structure candidate(const Run_State& rs, const Frame& f,
-                              const std::vector<Basis_Copy>& copies, const CVector& eta) {
-  Candidate_Structure cs;
-  const Space_Group_Type& spg = rs.store.spg;
-  const Metric g = metric(spg);
-  cs.cell = periodic_cell(f, g);
-  const std::array<Vec3d, 3> to_cell = inverse(cs.cell);
-  const std::vector<Cell_Translation> translations = cell_translations(f, to_cell);
-  const std::size_t per_cell = f.centring.size();
+CVector arrangement(const Frame& f, const std::vector<Basis_Copy>& copies, const CVector& eta) {
   CVector s(3 * f.x.size());
   for (std::size_t n = 0; n < copies.size(); ++n) {
     const Basis_Copy& copy = copies[n];
@@ -253,6 +244,20 @@ Candidate_Structure candidate(const Run_State& rs, const Frame& f,
       for (std::size_t c = 0; c < copy.rows[a].size(); ++c)
         s[at + c] += scale * eta[a] * copy.rows[a][c];
   }
+  return s;
+}
+
+// Positions and moments of every atom of the sites in the cell.
+Candidate_Structure candidate(const Run_State& rs, const Frame& f,
+                              const std::vector<Basis_Copy>& copies, const CVector& eta) {
+  Candidate_Structure cs;
+  const Space_Group_Type& spg = rs.store.spg;
+  const Metric g = metric(spg);
+  cs.cell = periodic_cell(f, g);
+  const std::array<Vec3d, 3> to_cell = inverse(cs.cell);
+  const std::vector<Cell_Translation> translations = cell_translations(f, to_cell);
+  const std::size_t per_cell = f.centring.size();
+  const CVector s = arrangement(f, copies, eta);
   double largest = 0.0;
   // Cell by cell, atom by atom, centring by centring.
   for (std::size_t c0 = 0; c0 < translations.size(); c0 += per_cell) {
@@ -277,30 +282,6 @@ Candidate_Structure candidate(const Run_State& rs, const Frame& f,
   if (largest > 0.0) {
     for (Vec3d& m : cs.moments)
       for (double& c : m) c /= largest;
-  }
-  // A general position of the parent group and its images.
-  std::vector<Vec3d> orbit;
-  for (const Sym_Oper_Type& op : spg.symop) {
-    Vec3d y = apply(op, {0.1234, 0.3417, 0.0729});
-    for (double& c : y) c -= std::floor(c);
-    bool known = false;
-    for (const Vec3d& o : orbit) {
-      known = known || (integral(y[0] - o[0]) && integral(y[1] - o[1]) && integral(y[2] - o[2]));
-    }
-    if (!known) orbit.push_back(y);
-  }
-  // The orbit holds the centring images already: one copy in each class of whole translations
-  // modulo the cell's lattice (the first of each cell's translations is the whole one).
-  for (std::size_t c0 = 0; c0 < translations.size(); c0 += per_cell) {
-    if (!translations[c0].first) continue;
-    const Vec3d& lv = translations[c0].lv;
-    for (const Vec3d& y : orbit) {
-      const Vec3d p = in_cell(to_cell, {y[0] + lv[0], y[1] + lv[1], y[2] + lv[2]});
-      cs.positions.push_back(p);
-      cs.moments.push_back({0.0, 0.0, 0.0});
-      cs.types.push_back(0);
-      cs.labels.push_back("X");
-    }
   }
   // Cholesky: the rows of the lower triangle are a, b, c.
   double l[3][3] = {};

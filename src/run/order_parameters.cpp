@@ -480,30 +480,98 @@ std::vector<Subspace> isotropy_subspaces(const Image& im, int r) {
   return out;
 }
 
-std::vector<Isotropy_Operation> isotropy_of(const Run_State& rs, const Frame& f, const Image& im,
-                                            const RMatrix& basis) {
-  std::vector<bool> keeps(im.mats.size());
-  for (std::size_t m = 0; m < im.mats.size(); ++m) keeps[m] = fixes(im.mats[m], basis);
-  std::vector<Isotropy_Operation> out;
+// Every operator o with every translation t of the parent cell within the magnetic cell, the
+// translation reduced to 0 <= t_i < q_i: visit(o, t, operation without time reversal).
+template <typename Visit>
+void for_operations(const Run_State& rs, const Frame& f, Visit visit) {
   const std::vector<Sym_Oper_Type>& symop = rs.store.spg.symop;
   for (std::size_t o = 0; o < symop.size(); ++o) {
     for_cells(f, [&](const std::array<int, 3>& t) {
-      const int c = phase_class(f, t);
-      for (int tr = 0; tr < 2; ++tr) {
-        const int m = im.at(static_cast<int>(o), c, tr, f.period);
-        if (m < 0 || !keeps[m]) continue;
-        Isotropy_Operation op;
-        op.op = static_cast<int>(o) + 1;
-        op.time_reversal = tr == 1;
-        for (int i = 0; i < 3; ++i) {
-          const double u = std::fmod(symop[o].tr[i] + t[i], static_cast<double>(f.q[i]));
-          op.translation[i] = u < -1.0e-9 ? u + f.q[i] : std::max(u, 0.0);
-        }
-        out.push_back(op);
+      Isotropy_Operation op;
+      op.op = static_cast<int>(o) + 1;
+      op.rotation = symop[o].rot;
+      for (int i = 0; i < 3; ++i) {
+        const double u = std::fmod(symop[o].tr[i] + t[i], static_cast<double>(f.q[i]));
+        op.translation[i] = u < -1.0e-9 ? u + f.q[i] : std::max(u, 0.0);
       }
+      visit(static_cast<int>(o), t, op);
     });
   }
+}
+
+// The operations that carry the arrangement s onto itself: every operator with every
+// translation of the parent cell within the magnetic cell (its phase) and, for moments, time
+// reversal.  Tried on s itself rather than read from the image on one copy, whose action
+// another copy need not share.
+std::vector<Isotropy_Operation> isotropy_of(const Run_State& rs, const Frame& f,
+                                            const std::vector<Op_Action>& ops, const CVector& s) {
+  double size = 0.0;
+  for (const Cplx& z : s) size = std::max(size, f.kmk ? std::abs(z.real()) : std::abs(z));
+  std::vector<CVector> images(ops.size());
+  for (std::size_t o = 0; o < ops.size(); ++o)
+    if (ops[o].valid) images[o] = act(ops[o], s);
+  std::vector<Isotropy_Operation> out;
+  for_operations(rs, f, [&](int o, const std::array<int, 3>& t, Isotropy_Operation op) {
+    if (!ops[o].valid) return;
+    const Cplx z = std::polar(1.0, two_pi * phase_class(f, t) / f.period);
+    for (int tr = 0; tr < (f.axial ? 2 : 1); ++tr) {
+      bool keeps = true;
+      for (std::size_t n = 0; n < s.size() && keeps; ++n) {
+        // When k is equivalent to -k the arrangement is Re S: the imaginary parts do not count.
+        const Cplx diff = (tr == 1 ? -z : z) * images[o][n] - s[n];
+        keeps = (f.kmk ? std::abs(diff.real()) : std::abs(diff)) < 1.0e-4 * size;
+      }
+      if (!keeps) continue;
+      op.time_reversal = tr == 1;
+      out.push_back(op);
+    }
+  });
   return out;
+}
+
+// When k is not equivalent to -k, an operator g0 taking k to -k maps a copy onto itself up to
+// a phase of its own (copies on different orbits of the little group differ): each copy is
+// turned so that g0 acts on it as on the first, and the copies share their directions.  The
+// action is antilinear: turning a copy by exp(i theta) turns the action by exp(-2 i theta).
+void align_copies(const Frame& f, const std::vector<Op_Action>& ops,
+                  std::vector<Basis_Copy>& copies) {
+  const auto g0 =
+      std::find_if(ops.begin(), ops.end(), [](const Op_Action& a) { return a.valid && a.e == -1; });
+  if (f.kmk || copies.size() < 2 || g0 == ops.end()) return;
+  // The coefficients of g0 psi_1 on the rows of a copy; empty when it leaves the copy.
+  const auto coefficients = [&](const Basis_Copy& copy) {
+    const CVector image = act(*g0, copy_fourier(f, copy, 0, false));
+    CVector mu, rest = image;
+    double size = 0.0;
+    for (const Cplx& z : image) size += std::norm(z);
+    for (std::size_t b = 0; b < copy.rows.size(); ++b) {
+      const CVector row = copy_fourier(f, copy, static_cast<int>(b), false);
+      Cplx num = 0.0;
+      double den = 0.0;
+      for (std::size_t n = 0; n < row.size(); ++n) {
+        num += std::conj(row[n]) * image[n];
+        den += std::norm(row[n]);
+      }
+      mu.push_back(num / den);
+      for (std::size_t n = 0; n < row.size(); ++n) rest[n] -= mu.back() * row[n];
+    }
+    double left = 0.0;
+    for (const Cplx& z : rest) left += std::norm(z);
+    return left <= null_tol * size ? mu : CVector{};
+  };
+  const CVector mu0 = coefficients(copies[0]);
+  if (mu0.empty()) return;
+  const auto b = static_cast<std::size_t>(
+      std::max_element(mu0.begin(), mu0.end(),
+                       [](Cplx x, Cplx y) { return std::abs(x) < std::abs(y); }) -
+      mu0.begin());
+  for (std::size_t n = 1; n < copies.size(); ++n) {
+    const CVector mu = coefficients(copies[n]);
+    if (mu.empty()) continue;
+    const Cplx turn = std::polar(1.0, std::arg(mu[b] / mu0[b]) / 2.0);
+    for (auto& row : copies[n].rows)
+      for (Cplx& z : row) z *= turn;
+  }
 }
 
 Physical_Irrep analyse_irrep(const Run_State& rs, const Frame& f, const std::vector<Op_Action>& ops,
@@ -531,6 +599,7 @@ Physical_Irrep analyse_irrep(const Run_State& rs, const Frame& f, const std::vec
       pi.basis_copies.push_back(std::move(c));
     }
   }
+  align_copies(f, ops, pi.basis_copies);
   pi.copies = static_cast<int>(pi.basis_copies.size());
   if (pi.basis_copies.empty()) return pi;
   const Carrier w = make_carrier(f, pi.basis_copies[0]);
@@ -543,7 +612,7 @@ Physical_Irrep analyse_irrep(const Run_State& rs, const Frame& f, const std::vec
     dir.notation = notation_of(v.basis, w.coords, pi.dimension);
     dir.dimension = static_cast<int>(v.basis.size());
     dir.free_parameters = dir.dimension * pi.copies;
-    dir.isotropy = isotropy_of(rs, f, im, v.basis);
+
     dir.eta.assign(static_cast<std::size_t>(pi.dimension), 0.0);
     for (std::size_t p = 0; p < v.basis.size(); ++p) {
       for (int c = 0; c < r; ++c) {
@@ -552,6 +621,7 @@ Physical_Irrep analyse_irrep(const Run_State& rs, const Frame& f, const std::vec
       }
     }
     dir.structure = candidate(rs, f, pi.basis_copies, dir.eta);
+    dir.isotropy = isotropy_of(rs, f, ops, arrangement(f, pi.basis_copies, dir.eta));
     pi.directions.push_back(std::move(dir));
   }
   return pi;
@@ -565,6 +635,9 @@ Magnetic_Candidates magnetic_candidates(const Run_State& rs) {
   out.unsupported = scope_problem(rs);
   if (!out.unsupported.empty()) return out;
   const Frame f = make_frame(rs);
+  for_operations(rs, f, [&](int, const std::array<int, 3>&, const Isotropy_Operation& op) {
+    out.operations.push_back(op);
+  });
   std::vector<Op_Action> ops;
   for (const Sym_Oper_Type& op : rs.store.spg.symop) ops.push_back(op_action(f, op));
   for (int nu = 1; nu <= rs.store.nreps; ++nu) {

@@ -37,14 +37,15 @@ Mat3d inverse(const Mat3d& m);
 // every operator and every translation of the parent cell within the magnetic cell (with
 // time reversal or without, whichever keeps it), the translation reduced to 0 <= t_i < q_i.
 struct Isotropy_Operation {
-  int op = 0;           // number of the operator in the space group's list (1-based)
+  int op = 0;  // number of the operator in the space group's list (1-based)
+  std::array<std::array<int, 3>, 3> rotation{};  // the operator's rotation
   Vec3d translation{};  // the full translation: the operator's own plus a parent lattice vector
   bool time_reversal = false;
 };
 
-// A structure of the parent's atoms in the magnetic cell, with a moment (or displacement) on
-// every atom of the run's sites.  Marker atoms without a moment sit on a general position of the
-// parent group, so that the symmetry of the whole can be no higher than the parent's.
+// The atoms of the run's sites in the magnetic cell, with a moment (or displacement) on each.
+// Alone they may keep more than the parent's symmetry (the parent's other atoms are not in
+// the run): the symmetry of the arrangement is its isotropy subgroup.
 struct Candidate_Structure {
   // The cell: column j is its j-th edge in the parent's coordinates.  A basis of the parent
   // translations t (centring included) with k.t whole, the smallest cell in which the
@@ -55,7 +56,7 @@ struct Candidate_Structure {
   std::vector<Vec3d> positions;     // fractional coordinates in the cell
   std::vector<Vec3d> moments;       // components along the unit vectors of a, b, c; the
                                     // largest moment has length 1
-  std::vector<int> types;           // 0 a marker atom, s an atom of site s
+  std::vector<int> types;           // s for an atom of site s
   std::vector<std::string> labels;  // the atom's label in the parent cell, e.g. "Mn_1"
 };
 
@@ -111,6 +112,9 @@ struct Magnetic_Candidates {
                             // 12, a run that stopped early); empty otherwise
   bool polar = false;       // displacements (polar vectors) rather than moments
   std::vector<Physical_Irrep> irreps;
+  // Every operator of the space group with every translation of the parent cell within the
+  // magnetic cell, as the isotropy subgroups list theirs (no time reversal).
+  std::vector<Isotropy_Operation> operations;
 };
 
 // The candidates of a finished run.

@@ -80,9 +80,13 @@ void for_cells(const Frame& f, Visit visit) {
       for (int c = 0; c < f.q[2]; ++c) visit(std::array<int, 3>{a, b, c});
 }
 
+// The Fourier coefficients S of the arrangement Sum_a eta_a psi_a on every copy, each copy with
+// a generic real scale of its own, 3 per atom of the run.
+CVector arrangement(const Frame& f, const std::vector<Basis_Copy>& copies, const CVector& eta);
+
 // The candidate structure of the arrangement whose Fourier coefficients are
-// Sum_a eta_a psi_a on every copy, each copy with a generic scale of its own, with marker atoms
-// on a general position of the parent group and a metric that its point group keeps.
+// Sum_a eta_a psi_a on every copy, each copy with a generic scale of its own, and a metric that
+// the parent's point group keeps.
 Candidate_Structure candidate(const Run_State& rs, const Frame& f,
                               const std::vector<Basis_Copy>& copies, const CVector& eta);
 

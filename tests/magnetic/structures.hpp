@@ -1,6 +1,6 @@
 // Hand-built candidate structures for the tests of the magnetic layer: operators in the x,y,z
-// form, the group their generators make, and structures with marker atoms on a general
-// position of the parent group.
+// form, the group their generators make, and structures with the operations of the parent
+// group that keep them.
 #pragma once
 
 #include <cmath>
@@ -136,8 +136,7 @@ inline std::array<Vec3d, 3> diagonal(std::array<int, 3> q) {
 }
 
 // A structure in a diagonal supercell: the given atoms (parent coordinates, in the
-// supercell's first parent cell or beyond), and marker atoms on the general-position orbit of
-// the parent group in every parent cell of the supercell.
+// supercell's first parent cell or beyond), and its group.
 struct Builder {
   Candidate_Structure s;
   void atom(const Vec3d& parent_position, const Vec3d& moment, int type, const std::string& label) {
@@ -148,17 +147,19 @@ struct Builder {
     s.types.push_back(type);
     s.labels.push_back(label);
   }
-  void markers(const std::vector<Op>& group) {
-    std::vector<Vec3d> orbit;
-    for (const auto& op : group) {
-      Vec3d y = image(op, Vec3d{0.11, 0.23, 0.37});
-      for (double& v : y) v = frac(v);
-      orbit.push_back(y);
-    }
-    for (int i = 0; i < s.cell[0][0]; ++i)
-      for (int j = 0; j < s.cell[1][1]; ++j)
-        for (int k = 0; k < s.cell[2][2]; ++k)
-          for (const auto& y : orbit) atom({y[0] + i, y[1] + j, y[2] + k}, {0, 0, 0}, 0, "X");
+  // The operations of the parent group, with every translation of the parent cell within the
+  // supercell and with time reversal or without (displacements: without), that keep the
+  // structure: its isotropy subgroup, found by trying them all.
+  std::vector<Isotropy_Operation> group;
+  void symmetry(const std::vector<Op>& parent, bool polar = false) {
+    for (const auto& op : parent)
+      for (int i = 0; i < s.cell[0][0]; ++i)
+        for (int j = 0; j < s.cell[1][1]; ++j)
+          for (int k = 0; k < s.cell[2][2]; ++k)
+            for (int tr = 0; tr < (polar ? 1 : 2); ++tr) {
+              const Vec3d t{op.t[0] + i, op.t[1] + j, op.t[2] + k};
+              if (keeps(s, op.r, t, tr == 1, polar)) group.push_back({0, op.r, t, tr == 1});
+            }
   }
 };
 
@@ -175,26 +176,26 @@ inline Candidate_Structure tetragonal(double a, double c, std::array<int, 3> sup
 }
 
 // MnF2: Mn at 2a with moments mz1 and mz2 along c.
-inline Candidate_Structure mnf2(double mz1, double mz2) {
-  Builder b{tetragonal(4.87, 3.31, {1, 1, 1})};
+inline Builder mnf2(double mz1, double mz2) {
+  Builder b{tetragonal(4.87, 3.31, {1, 1, 1}), {}};
   b.atom({0, 0, 0}, {0, 0, mz1}, 1, "Mn_1");
   b.atom({0.5, 0.5, 0.5}, {0, 0, mz2}, 1, "Mn_2");
-  b.markers(closure(p42mnm));
-  return b.s;
+  b.symmetry(closure(p42mnm));
+  return b;
 }
 
 // P4/mmm, one atom at the origin, moments along c alternating along a: k = (1/2,0,0).
-inline Candidate_Structure stripes() {
-  Builder b{tetragonal(4.0, 6.0, {2, 1, 1})};
+inline Builder stripes() {
+  Builder b{tetragonal(4.0, 6.0, {2, 1, 1}), {}};
   b.atom({0, 0, 0}, {0, 0, 1}, 1, "Fe_1");
   b.atom({1, 0, 0}, {0, 0, -1}, 1, "Fe_1");
-  b.markers(closure(p4mmm));
-  return b.s;
+  b.symmetry(closure(p4mmm));
+  return b;
 }
 
 // Hematite in hexagonal axes (R-3c), Fe at 12c (0,0,z) with moments along c in the order
 // + - - + of (0,0,z), (0,0,-z+1/2), (0,0,-z), (0,0,z+1/2), the same in the centred cells.
-inline Candidate_Structure hematite() {
+inline Builder hematite() {
   Builder b;
   const double a = 5.035, c = 13.75;
   b.s.lattice = {Vec3d{a, 0, 0}, Vec3d{-a / 2, a * std::sqrt(3.0) / 2, 0}, Vec3d{0, 0, c}};
@@ -205,13 +206,13 @@ inline Candidate_Structure hematite() {
   for (const auto& t : centring)
     for (int i = 0; i < 4; ++i)
       b.atom({t[0], t[1], t[2] + heights[i]}, {0, 0, signs[i]}, 1, "Fe_" + std::to_string(i + 1));
-  b.markers(closure({"-y,x-y,z", "y,x,-z+1/2", "-x,-y,-z", "x+2/3,y+1/3,z+1/3"}));
-  return b.s;
+  b.symmetry(closure({"-y,x-y,z", "y,x,-z+1/2", "-x,-y,-z", "x+2/3,y+1/3,z+1/3"}));
+  return b;
 }
 
 // Cubic perovskite SrTiO3 (P m -3 m) with a polar mode at the zone centre: Ti up, the oxygens
 // down along c (the apical one more than the two others).  P4mm by hand.
-inline Candidate_Structure polar_perovskite() {
+inline Builder polar_perovskite() {
   Builder b;
   b.s.lattice = {Vec3d{4, 0, 0}, Vec3d{0, 4, 0}, Vec3d{0, 0, 4}};
   b.atom({0, 0, 0}, {0, 0, 0}, 1, "Sr_1");
@@ -219,8 +220,8 @@ inline Candidate_Structure polar_perovskite() {
   b.atom({0.5, 0.5, 0}, {0, 0, -0.5}, 3, "O_1");
   b.atom({0.5, 0, 0.5}, {0, 0, -0.3}, 3, "O_2");
   b.atom({0, 0.5, 0.5}, {0, 0, -0.3}, 3, "O_3");
-  b.markers(closure(pm3m));
-  return b.s;
+  b.symmetry(closure(pm3m), true);
+  return b;
 }
 
 // Candidates of MnF2 as the analysis would give them: a one-dimensional representation with
@@ -233,7 +234,8 @@ inline Magnetic_Candidates mnf2_candidates() {
   ir.k_equiv_mk = true;
   Order_Parameter_Direction d;
   d.dimension = d.free_parameters = 1;
-  d.structure = mnf2(1, -1);
+  d.structure = mnf2(1, -1).s;
+  d.isotropy = mnf2(1, -1).group;
   d.notation = "(a)";
   ir.directions.push_back(d);
   d.notation = "(b)";

@@ -214,7 +214,7 @@ TEST(OrderParameters, MnF2MomentsAlongC) {
   // The candidate: Mn at the origin +c, at the centre -c.
   const Candidate_Structure& cs = dir.structure;
   for (std::size_t i = 0; i < cs.positions.size(); ++i) {
-    const double mz = cs.types[i] == 0 ? 0.0 : (cs.positions[i][0] < 1e-6 ? 1.0 : -1.0);
+    const double mz = cs.positions[i][0] < 1e-6 ? 1.0 : -1.0;
     EXPECT_NEAR(cs.moments[i][2], mz, 1e-9);
   }
 }
@@ -311,6 +311,8 @@ TEST(OrderParameters, PropertiesAcrossCrystalSystems) {
        "0.6666667 0.25\n",
        3, false},
       {"SPGR P n m a\nKVEC 0.25 0 0 DT\nVMODE POL\nATOM Mn MN 0.05 0.25 0.98\n", 4, false},
+      {"SPGR I a -3 d\nKVEC 0.3333333 0.3333333 0 K\nVMODE AXI\nATOM Mn MN 0 0 0\n", 3, false},
+      {"SPGR P 21 3\nKVEC 0 0 0.5 Z\nVMODE AXI\nATOM Mn MN 0 0 0\n", 2, false},
   };
   for (const auto& [text, volume, kernel] : cases) {
     const Case c = analyse(text);
@@ -365,6 +367,31 @@ TEST(OrderParameters, PropertiesAcrossCrystalSystems) {
   // k = (0,0,1/3) is not equivalent to -k: every real representation has dimension 2d.
   for (const Physical_Irrep& pi : analyse(cases[1].text).mc.irreps)
     EXPECT_TRUE(!pi.k_equiv_mk && pi.real_dimension == 2 * pi.dimension);
+}
+
+// P 2_1/c at k = (1/3,1/3,0), Mn on 2a: the little group is the identity alone, so the Mn at
+// (0,0,0) and the Mn at (0,1/2,1/2) have copies of their own.  Inversion takes k to -k; it
+// keeps the first Mn and carries the second onto itself moved by (0,-1,-1), a phase of
+// exp(-2 pi i / 3).  A cosine wave on the first Mn is centrosymmetric, and so is the second
+// Mn's wave when shifted by pi/3.  With the copies turned so that inversion acts on both alike,
+// (a) keeps inversion, (ia) keeps it with time reversal and the general direction neither.
+TEST(OrderParameters, CopiesOnTwoOrbitsShareTheirDirections) {
+  const std::string text =
+      "SPGR P 21/c\nKVEC 0.3333333 0.3333333 0 K\nVMODE AXI\nATOM Mn MN 0 0 0\n";
+  const Case c = analyse(text);
+  ASSERT_EQ(c.mc.irreps.size(), 1U);
+  const Physical_Irrep& pi = c.mc.irreps[0];
+  EXPECT_EQ(pi.copies, 6);
+  const Mat3i minus{{{-1, 0, 0}, {0, -1, 0}, {0, 0, -1}}};
+  std::vector<std::string> found;
+  for (const Order_Parameter_Direction& dir : pi.directions) {
+    std::string with = "none";
+    for (const Isotropy_Operation& op : dir.isotropy)
+      if (op.rotation == minus) with = op.time_reversal ? "1'" : "1";
+    found.push_back(dir.notation + " " + with);
+  }
+  EXPECT_EQ(found, (std::vector<std::string>{"(a) 1", "(ia) 1'", "(a+ib) none"}));
+  expect_exact_isotropy(c, text);
 }
 
 // Displacements: no time reversal anywhere; the isotropy subgroups are space groups.  The

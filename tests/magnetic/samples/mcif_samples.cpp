@@ -21,7 +21,7 @@ int main(int argc, char** argv) {
   const Parent_Info cubic{"P m -3 m", 221, Vec3d{0, 0, 0}, "polar SrTiO3"};
   const struct {
     const char* name;
-    Candidate_Structure structure;
+    Builder structure;
     Parent_Info parent;
     bool polar;
   } samples[] = {{"mnf2_afm", mnf2(1, -1), rutile, false},
@@ -30,7 +30,7 @@ int main(int argc, char** argv) {
                  {"hematite", hematite(), corundum, false},
                  {"polar_perovskite", polar_perovskite(), cubic, true}};
   for (const auto& s : samples) {
-    const Identification id = identify(s.structure, s.polar);
+    const Identification id = identify(s.structure.s, s.structure.group, s.polar);
     if (!id.error.empty()) {
       std::cerr << s.name << ": " << id.error << "\n";
       return 1;
