@@ -47,9 +47,10 @@ struct Isotropy_Operation {
 // Alone they may keep more than the parent's symmetry (the parent's other atoms are not in
 // the run): the symmetry of the arrangement is its isotropy subgroup.
 struct Candidate_Structure {
-  // The cell: column j is its j-th edge in the parent's coordinates.  A basis of the parent
-  // translations t (centring included) with k.t whole, the smallest cell in which the
-  // structure is periodic; rational entries for a centred parent.
+  // The cell: column j is its j-th edge in the parent's coordinates.  A basis of the whole
+  // vectors t with k.t whole; for a centred parent the centring translations with k.t whole
+  // are translations within it (its atoms hold every centring), so the smallest lattice of the
+  // structure may be finer than the cell's.
   std::array<Vec3d, 3> cell{Vec3d{1, 0, 0}, Vec3d{0, 1, 0}, Vec3d{0, 0, 1}};
   std::array<Vec3d, 3> lattice{};   // Cartesian rows a, b, c of the parent cell (a metric that
                                     // the parent's point group keeps)
