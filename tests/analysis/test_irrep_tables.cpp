@@ -45,11 +45,6 @@ lorsk_proc make_store(const std::vector<Op>& ops, const std::vector<int>& dims) 
   return s;
 }
 
-void set_element(lorsk_proc& s, int a, int b, int nu, int g, float m, float theta) {
-  s.repr(a, b, nu, g) = m;
-  s.repi(a, b, nu, g) = theta;
-}
-
 // The store finished as a run finishes it.
 void finish(lorsk_proc& s, const Vec3& k) {
   std::string out;
@@ -75,14 +70,16 @@ const Vec3 k_y{0.0f, 0.5f, 0.0f};
 lorsk_proc p21c_reduced() {
   lorsk_proc s = make_store(
       {{E, {0, 0, 0}}, {C2y, {0, 0.5f, 0.5f}}, {Inv, {0, 0, 0}}, {My, {0, 0.5f, 0.5f}}}, {2});
-  set_element(s, 1, 1, 1, 1, 1, 0);
-  set_element(s, 2, 2, 1, 1, 1, 0);
-  set_element(s, 1, 1, 1, 2, 1, 0.25f);
-  set_element(s, 2, 2, 1, 2, 1, 0.75f);
-  set_element(s, 1, 2, 1, 3, 1, 0);
-  set_element(s, 2, 1, 1, 3, 1, 0);
-  set_element(s, 1, 2, 1, 4, 1, 0.25f);
-  set_element(s, 2, 1, 1, 4, 1, 0.75f);
+  // The unit elements: row, column, operator and phase in turns.
+  const struct {
+    int a, b, g;
+    float theta;
+  } elements[] = {{1, 1, 1, 0}, {2, 2, 1, 0}, {1, 1, 2, 0.25f}, {2, 2, 2, 0.75f},
+                  {1, 2, 3, 0}, {2, 1, 3, 0}, {1, 2, 4, 0.25f}, {2, 1, 4, 0.75f}};
+  for (const auto& e : elements) {
+    s.repr(e.a, e.b, 1, e.g) = 1;
+    s.repi(e.a, e.b, 1, e.g) = e.theta;
+  }
   return s;
 }
 
@@ -101,7 +98,8 @@ lorsk_proc p41_as_given() {
     for (int j = 0; j < 4; ++j) {
       float theta = static_cast<float>(((2 * m + 1) * j) % 8) / 8.0f;
       if (j == 3) theta = std::fmod(theta + 0.5f, 1.0f);
-      set_element(s, 1, 1, m + 1, j + 1, 1, theta);
+      s.repr(1, 1, m + 1, j + 1) = 1;
+      s.repi(1, 1, m + 1, j + 1) = theta;
     }
   }
   return s;

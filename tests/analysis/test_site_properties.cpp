@@ -73,29 +73,16 @@ const Case cases[] = {
      "SPGR  I 41/a\nKVEC  0.0 0.0 0.3  LD\nVMODE AXI\nATOM  Fe  FE  0.11000 0.23000 0.37000\n"},
 };
 
-// Centring translations of a lattice letter, the null vector first.
-std::vector<std::array<double, 3>> centrings(char lat) {
-  const double h = 0.5, a = 1.0 / 3.0, b = 2.0 / 3.0;
-  switch (lat) {
-    case 'A':
-      return {{0, 0, 0}, {0, h, h}};
-    case 'B':
-      return {{0, 0, 0}, {h, 0, h}};
-    case 'C':
-      return {{0, 0, 0}, {h, h, 0}};
-    case 'I':
-      return {{0, 0, 0}, {h, h, h}};
-    case 'R':
-      return {{0, 0, 0}, {b, a, a}, {a, b, b}};
-    case 'F':
-      return {{0, 0, 0}, {0, h, h}, {h, 0, h}, {h, h, 0}};
-    default:
-      return {{0, 0, 0}};
-  }
-}
-
+// Whether v is a lattice vector of the lattice letter, centring translations included.
 bool is_lattice_vector(const std::array<double, 3>& v, char lat) {
-  for (const auto& c : centrings(lat)) {
+  const double h = 0.5, a = 1.0 / 3.0, b = 2.0 / 3.0;
+  std::vector<std::array<double, 3>> centrings = {{0, 0, 0}};
+  if (lat == 'A' || lat == 'F') centrings.push_back({0, h, h});
+  if (lat == 'B' || lat == 'F') centrings.push_back({h, 0, h});
+  if (lat == 'C' || lat == 'F') centrings.push_back({h, h, 0});
+  if (lat == 'I') centrings.push_back({h, h, h});
+  if (lat == 'R') centrings.insert(centrings.end(), {{b, a, a}, {a, b, b}});
+  for (const auto& c : centrings) {
     bool all = true;
     for (int j = 0; j < 3; ++j)
       all = all && std::abs(v[j] - c[j] - std::round(v[j] - c[j])) < position_tol;

@@ -2,7 +2,7 @@
 // every tabulated setting are checked by the sweep over the settings).
 #include <gtest/gtest.h>
 
-#include <cstdlib>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -28,18 +28,6 @@ int order(const Mat3i& m) {
   return 0;
 }
 
-// Rotation of mod6 row |n|, negated for n < 0.
-Mat3i row(int n) {
-  const Mat3i& m = mod6[static_cast<std::size_t>(std::abs(n) - 1)];
-  return n > 0 ? m : negated(m);
-}
-
-std::vector<Mat3i> rows(const std::vector<int>& ns) {
-  std::vector<Mat3i> out;
-  for (const int n : ns) out.push_back(row(n));
-  return out;
-}
-
 TEST(AxesRotation, OrderOfProperAndImproperRotations) {
   // A proper rotation has its order as type; an improper one minus the order of its negative.
   for (const Mat3i& m : mod6) {
@@ -58,38 +46,38 @@ TEST(CrystalSystem, CountsOfRotationTypes) {
   EXPECT_EQ(isystem, 1);
   EXPECT_EQ(latsy, "aP");
 
+  // The rotations as rows of mod6, negated for n < 0; the inversion counts for nothing.
   const struct {
-    std::vector<int> ops;
     int system;
     char letter;
+    const char* ops;
   } cases[] = {
-      {{1}, 1, 'a'},
-      {{1, 2}, 2, 'm'},
-      {{1, -2}, 2, 'm'},
-      {{1, 2, 3, 4}, 3, 'o'},
-      {{1, 2, -3, -4}, 3, 'o'},
-      {{1, 16, 2, 15}, 4, 't'},
-      {{1, 2, -15, -16}, 4, 't'},
-      {{1, 2, 3, 4, 13, 14, 15, 16}, 4, 't'},
-      {{25, 26, 27}, 5, 'h'},
-      {{25, 26, 27, 31, 32, 33}, 5, 'h'},
-      {{1, 5, 9}, 5, 'h'},
-      {{25, 26, 27, 28, 29, 30}, 6, 'h'},
-      {{25, 26, 27, -28, -29, -30}, 6, 'h'},
-      {{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}, 7, 'c'},
-      {{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20, 21, 22, 23, 24},
-       7,
-       'c'},
-      // The inversion counts for nothing.
-      {{1, -1, 2}, 2, 'm'},
+      {1, 'a', "1"},
+      {2, 'm', "1 2"},
+      {2, 'm', "1 -2"},
+      {2, 'm', "1 -1 2"},
+      {3, 'o', "1 2 3 4"},
+      {3, 'o', "1 2 -3 -4"},
+      {4, 't', "1 16 2 15"},
+      {4, 't', "1 2 -15 -16"},
+      {4, 't', "1 2 3 4 13 14 15 16"},
+      {5, 'h', "25 26 27"},
+      {5, 'h', "25 26 27 31 32 33"},
+      {5, 'h', "1 5 9"},
+      {6, 'h', "25 26 27 28 29 30"},
+      {6, 'h', "25 26 27 -28 -29 -30"},
+      {7, 'c', "1 2 3 4 5 6 7 8 9 10 11 12"},
+      {7, 'c', "1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 17 18 19 20 21 22 23 24"},
   };
   for (const auto& c : cases) {
-    const std::vector<Mat3i> ss = rows(c.ops);
+    std::vector<Mat3i> ss;
+    std::istringstream in(c.ops);
+    for (int n = 0; in >> n;) ss.push_back(n > 0 ? mod6[n - 1] : negated(mod6[-n - 1]));
     latsy = "xF";
     init_err_symm();
     get_crystal_system_r_op(static_cast<int>(ss.size()), ss, isystem, latsy);
     EXPECT_FALSE(err_symm);
-    EXPECT_EQ(isystem, c.system) << c.ops.size();
+    EXPECT_EQ(isystem, c.system) << c.ops;
     EXPECT_EQ(latsy[0], c.letter);
     EXPECT_EQ(latsy[1], 'F');
   }
