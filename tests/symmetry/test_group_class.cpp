@@ -1,13 +1,21 @@
-// Rotation types and crystal systems of sets of operators (the Laue class and point group of
-// every tabulated setting are checked by the sweep over the settings).
+// The rotation tables as groups and their operator symbols against the matrices, rotation
+// types and crystal systems of sets of operators, and the lattice translations of centred
+// lattices.  The Laue class and point group of every tabulated setting are checked by the sweep
+// over the settings, and the settings are judged by spglib in tests/oracle.
 #include <gtest/gtest.h>
 
+#include <map>
+#include <set>
 #include <sstream>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "support/numeric.hpp"
+#include "support/text.hpp"
 #include "symmetry/exact_operator.hpp"
 #include "symmetry/group_class.hpp"
+#include "symmetry/lattice.hpp"
 #include "symmetry/records.hpp"
 #include "symmetry/tables.hpp"
 #include "test_support.hpp"
@@ -81,6 +89,93 @@ TEST(CrystalSystem, CountsOfRotationTypes) {
     EXPECT_EQ(latsy[0], c.letter);
     EXPECT_EQ(latsy[1], 'F');
   }
+}
+
+TEST(LatticeTrans, CentringVectorsByLetter) {
+  testing::Run_Tolerance restore;
+  set_epsg_default();
+  const struct {
+    Vec3 v;
+    std::string yes;  // letters for which v is a lattice translation
+  } cases[] = {
+      {{0.5f, 0.5f, 0}, "CF"},
+      {{0, 0.5f, 0.5f}, "AF"},
+      {{0.5f, 0, 0.5f}, "BF"},
+      {{0.5f, 0.5f, 0.5f}, "I"},
+      {{1.5f, -0.5f, 2}, "CF"},
+      {{2.0f / 3, 1.0f / 3, 1.0f / 3}, "R"},
+      {{1.0f / 3, 2.0f / 3, 2.0f / 3}, "R"},
+      {{-1.0f / 3, 1.0f / 3, 1.0f / 3}, "R"},
+      {{1.0f / 3, 2.0f / 3, 1.0f / 3}, ""},
+      {{0.5f, 0, 0}, ""},
+  };
+  for (const auto& c : cases) {
+    for (const char lat : std::string("PABCIRF")) {
+      const bool expected = c.yes.find(lat) != std::string::npos;
+      EXPECT_EQ(lattice_trans(c.v, lat), expected)
+          << lat << " " << c.v[0] << " " << c.v[1] << " " << c.v[2];
+      const char lower = static_cast<char>(lat - 'A' + 'a');
+      EXPECT_EQ(lattice_trans(c.v, lower), expected) << lower;
+    }
+  }
+  EXPECT_TRUE(lattice_trans(Vec3{0.5f, 0.5f, 0}, std::string_view("C")));
+  EXPECT_FALSE(lattice_trans(Vec3{0.5f, 0.5f, 0}, std::string_view("")));
+}
+
+TEST(LatticeTrans, ToleranceOfTheRun) {
+  testing::Run_Tolerance restore;
+  EXPECT_TRUE(lattice_trans(Vec3{0.499f, 0.501f, 0}, 'C'));
+  EXPECT_TRUE(lattice_trans(Vec3{1.0005f, 0, 0}, 'P'));
+  set_epsg_default();
+  EXPECT_FALSE(lattice_trans(Vec3{0.499f, 0.501f, 0}, 'C'));
+}
+
+TEST(SpaceGroupTables, Mod6HoldsTheRotationGroupsOfCubeAndHexagon) {
+  const auto check_group = [](int first, int last) {
+    std::set<Mat3i> set(mod6.begin() + first - 1, mod6.begin() + last);
+    EXPECT_EQ(static_cast<int>(set.size()), last - first + 1);
+    for (const auto& a : set)
+      for (const auto& b : set) EXPECT_TRUE(set.count(mul(a, b))) << first;
+  };
+  check_group(1, 24);
+  check_group(25, 36);
+  // The hexagonal rotations keep the metric of the hexagonal lattice.
+  const Mat3i g{{{2, -1, 0}, {-1, 2, 0}, {0, 0, 1}}};
+  for (int k = 24; k < 36; ++k) {
+    Mat3i rt{};
+    for (int i = 0; i < 3; ++i)
+      for (int j = 0; j < 3; ++j) rt[i][j] = mod6[k][j][i];
+    EXPECT_EQ(mul(mul(rt, g), mod6[k]), g) << k + 1;
+  }
+}
+
+// The geometric symbol names the kind of each operator: the order of its rotation follows
+// from the trace, improper operators carry a bar or are mirrors, and a rotation axis is
+// left in place by the matrix.
+TEST(SpaceGroupTables, OperatorSymbolsAgreeWithTheMatrices) {
+  const auto check = [](std::string_view symbol, std::string_view kov, const Mat3i& proper,
+                        bool improper) {
+    EXPECT_EQ(kov[0], 'h');
+    const int trace = proper[0][0] + proper[1][1] + proper[2][2];
+    const std::map<int, std::string> order{{3, "1"}, {-1, "2"}, {0, "3"}, {1, "4"}, {2, "6"}};
+    std::string head = trim(adjustl(symbol.substr(0, 3)));
+    std::string expected = order.at(trace);
+    if (improper) expected = expected == "2" ? "m" : "-" + expected;
+    if (head.back() == '+' || head.back() == '-') head.pop_back();
+    EXPECT_EQ(head, expected) << symbol;
+    if (improper || trace == 3) return;
+    std::array<int, 3> d{};
+    std::string axis(symbol.substr(5, 8));
+    for (int i = 0; i < 3; ++i) {
+      const std::string c = trim(adjustl(axis.substr(0, axis.find(','))));
+      axis.erase(0, axis.find(',') + 1);
+      d[i] = c == "0" ? 0 : (c[0] == '-' ? -1 : (c[0] == '2' ? 2 : 1));
+    }
+    for (int i = 0; i < 3; ++i)
+      EXPECT_EQ(proper[i][0] * d[0] + proper[i][1] * d[1] + proper[i][2] * d[2], d[i]) << symbol;
+  };
+  for (int k = 0; k < 48; ++k) check(intsymoh[k], kov_oh[k], mod6[k % 24], k >= 24);
+  for (int k = 0; k < 24; ++k) check(intsymd6h[k], kov_d6h[k], mod6[24 + k % 12], k >= 12);
 }
 
 }  // namespace

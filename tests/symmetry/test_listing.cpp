@@ -15,14 +15,6 @@ namespace {
 
 using testing::lines_of;
 
-std::string blanks(std::size_t n) {
-  return std::string(n, ' ');
-}
-
-Sym_Oper_Type op(Mat3i rot, Vec3 tr) {
-  return {rot, tr};
-}
-
 constexpr Mat3i unit{{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
 constexpr Mat3i minus_unit{{{-1, 0, 0}, {0, -1, 0}, {0, 0, -1}}};
 
@@ -44,7 +36,7 @@ Space_Group_Type p_minus_1() {
   g.centred = 2;
   g.num_ops = 1;
   g.multip = 2;
-  g.symop = {op(unit, {0, 0, 0}), op(minus_unit, {0, 0, 0})};
+  g.symop = {{unit, {}}, {minus_unit, {}}};
   g.symop_symb = {"x,y,z", "-x,-y,-z"};
   g.asym_unit = {Vec3{0, 0, 0}, Vec3{0.5f, 1, 1}};
   return g;
@@ -65,17 +57,13 @@ Space_Group_Type p_21_c() {
   g.num_ops = 2;
   g.multip = 4;
   g.num_gen = 1;
-  g.symop = {op(unit, {0, 0, 0}), op({{{-1, 0, 0}, {0, 1, 0}, {0, 0, -1}}}, {0, 0.5f, 0.5f}),
-             op(minus_unit, {0, 0, 0}), op({{{1, 0, 0}, {0, -1, 0}, {0, 0, 1}}}, {0, 0.5f, 0.5f})};
+  g.symop = {{unit, {}},
+             {{{{-1, 0, 0}, {0, 1, 0}, {0, 0, -1}}}, {0, 0.5f, 0.5f}},
+             {minus_unit, {}},
+             {{{{1, 0, 0}, {0, -1, 0}, {0, 0, 1}}}, {0, 0.5f, 0.5f}}};
   g.symop_symb = {"x,y,z", "-x,y+1/2,-z+1/2", "-x,-y,-z", "x,-y+1/2,z+1/2"};
-  g.wyckoff.num_orbit = 2;
-  g.wyckoff.orbit.resize(2);
-  g.wyckoff.orbit[0].multp = 2;
-  g.wyckoff.orbit[0].norb = 2;
-  g.wyckoff.orbit[0].str_orbit = {"0,0,0", "0,1/2,1/2"};
-  g.wyckoff.orbit[1].multp = 2;
-  g.wyckoff.orbit[1].norb = 2;
-  g.wyckoff.orbit[1].str_orbit = {"1/2,0,0", "1/2,1/2,1/2"};
+  g.wyckoff = {
+      2, {{2, "", 2, "", {"0,0,0", "0,1/2,1/2"}}, {2, "", 2, "", {"1/2,0,0", "1/2,1/2,1/2"}}}};
   return g;
 }
 
@@ -103,7 +91,7 @@ TEST(Listing, ZLatticeAndCentreOffOrigin) {
   // Without the full listing the centring vectors of a Z lattice are still written.
   EXPECT_EQ(it[1], " => Non-conventional Centring vectors:  2");
   std::string entry = " => Latt( 1): (1/2,0,0)";
-  EXPECT_EQ(it[2], entry + blanks(100 - entry.size()));
+  EXPECT_EQ(it[2], entry + std::string(100 - entry.size(), ' '));
   EXPECT_EQ(it[3], "");
   EXPECT_EQ(it[4], " => List of S.O. without inversion and lattice centring translations");
 }
