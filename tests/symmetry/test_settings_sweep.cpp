@@ -2,9 +2,11 @@
 // its Hall symbol, must be a group modulo the cell with as many rotations as its point group
 // (an independent table below), the lattice points of its letter and the Laue class of its
 // point group; its Hermann-Mauguin symbol must give the same group (or, with a colon, go by
-// the Hall symbol of the row); the listing shows every operator and every orbit.  Each number
-// gives the group of its tabulated generators.  Every asymmetric-unit box holds an asymmetric
-// unit.
+// the Hall symbol of the row); the listing shows every operator and every orbit; its
+// generators, given to the generator road, are named by its row (the Hall symbol written for
+// the operators, looked up in the table and checked against them).  Each number gives the
+// group of its tabulated generators, through both roads.  Every asymmetric-unit box holds an
+// asymmetric unit.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -15,7 +17,12 @@
 #include <vector>
 
 #include "support/text.hpp"
+#include "symmetry/exact_operator.hpp"
+#include "symmetry/hall_from_generators.hpp"
 #include "symmetry/listing.hpp"
+#include "symmetry/operator_text.hpp"
+#include "symmetry/records.hpp"
+#include "symmetry/spacegroup_setup.hpp"
 #include "symmetry/tables.hpp"
 #include "test_support.hpp"
 
@@ -24,6 +31,7 @@ namespace {
 
 using testing::expect_closed_group;
 using testing::group_of;
+using testing::Op_Key;
 using testing::operator_set;
 
 struct Point_Group_Fact {
@@ -70,6 +78,43 @@ void expect_full_listing(const Space_Group_Type& g, const std::string& label) {
   EXPECT_EQ(orbit_lines, expected) << label;
 }
 
+// The group of the generators through the generator road, and the Hall symbol written for it.
+struct Named {
+  Space_Group_Type g;
+  std::string written;
+};
+
+Named from_generators(const std::vector<std::string>& gens) {
+  Named n;
+  set_spacegroup(" ", n.g, &gens, static_cast<int>(gens.size()), "GEN");
+  if (!err_symm) {
+    Space_Group_Type copy = n.g;
+    get_hallsymb_from_gener(copy, &n.written);
+  }
+  return n;
+}
+
+// Named by the generator road as row number of the table, whose Hall symbol gives the operators.
+void expect_named(const Named& n, int number, const std::set<Op_Key>& ops,
+                  const std::string& label) {
+  ASSERT_FALSE(err_symm) << label << ": " << err_symm_mess;
+  EXPECT_EQ(n.g.setting, "Tabulated Setting") << label << " " << n.written;
+  EXPECT_EQ(n.g.num_spg, number) << label << " " << n.written;
+  EXPECT_EQ(operator_set(group_of(n.g.hall, "HAL")), ops) << label << " " << n.g.hall;
+}
+
+// The generators of the group of a Hall symbol: the generators of the symbol in the reduced set,
+// the inversion and the centring translations.
+std::vector<std::string> generators_of(const Space_Group_Type& h) {
+  std::vector<std::string> gens;
+  const int ng = std::min(h.num_gen, h.num_ops - 1);
+  for (int i = 1; i <= ng; ++i) gens.push_back(h.symop_symb[static_cast<std::size_t>(i)]);
+  if (h.centred != 1) gens.push_back(h.symop_symb[static_cast<std::size_t>(h.num_ops)]);
+  const int m = h.centred == 1 ? h.num_ops : 2 * h.num_ops;
+  for (int l = 1; l < h.num_lat; ++l) gens.push_back(h.symop_symb[static_cast<std::size_t>(l * m)]);
+  return gens;
+}
+
 TEST(SettingsSweep, EveryTabulatedSetting) {
   // The seven symbols without a colon that go by their Hall symbol.
   const std::set<std::string> by_hall = {"P N M 21", "P 21 N M", "P M 21 N", "B A M B",
@@ -101,6 +146,11 @@ TEST(SettingsSweep, EveryTabulatedSetting) {
     EXPECT_EQ(h.symop_symb[0], "x,y,z") << label;
     expect_closed_group(h, label);
     expect_full_listing(h, label);
+    // The generators of the group, given to the generator road, find the row again (rows that
+    // share a group share their Hall symbol too: P 1 2 1 and P 2, P m -3 and P m 3).
+    const Named n = from_generators(generators_of(h));
+    expect_named(n, row.n, operator_set(h), label);
+    EXPECT_EQ(n.g.hall, hall) << label;
 
     const Space_Group_Type s = group_of(hm);
     if (hm.find(':') == std::string::npos) {
@@ -131,8 +181,52 @@ TEST(SettingsSweep, EveryNumberAndItsTabulatedGenerators) {
     EXPECT_EQ(itc.setting, "Generated from explicit IT generators");
     expect_closed_group(itc, "ITC " + label);
     const std::string symbol = trim(std::string(spg_gen()[n - 1].substr(0, 10)));
-    EXPECT_EQ(operator_set(itc), operator_set(group_of(symbol))) << label << " " << symbol;
+    const Space_Group_Type s = group_of(symbol);
+    EXPECT_EQ(operator_set(itc), operator_set(s)) << label << " " << symbol;
+    // The same generators through the generator road name the group by this row.
+    std::string gener;
+    ASSERT_TRUE(get_generators(label, gener));
+    const Named named = from_generators(split_generators(gener));
+    expect_named(named, n, operator_set(s), symbol);
+    EXPECT_EQ(named.g.hall, s.hall) << symbol;
   }
+}
+
+TEST(HallFromGenerators, NamedByTheirOperators) {
+  // The IT generators of A b m 2 give A 2 -2b; the table holds the same group as A 2 -2c, and
+  // the operators find it.
+  Named n = from_generators({"x,y+1/2,z+1/2", "-x,-y,z", "x,-y+1/2,z"});
+  ASSERT_FALSE(err_symm) << err_symm_mess;
+  EXPECT_EQ(n.written, " A 2 -2b");
+  EXPECT_EQ(n.g.num_spg, 39);
+  EXPECT_EQ(n.g.spg_symb, "A b m 2");
+  EXPECT_EQ(n.g.hall, "A 2 -2c");
+  EXPECT_EQ(n.g.setting, "Tabulated Setting");
+  // -4 and the mirror normal to a: the writer takes the last "-" away and finds the row of
+  // P -4 2 m, whose mirrors are normal to a+b; the row stands not, and the operators name
+  // P -4 m 2.
+  n = from_generators({"y,-x,-z", "-x,y,z"});
+  EXPECT_EQ(n.written, " P -4 2");
+  EXPECT_EQ(n.g.num_spg, 115);
+  EXPECT_EQ(n.g.spg_symb, "P -4 m 2");
+  // A record whose reduced set holds the identity twice is no tabulated group, even though the
+  // symbol written for it is in the table.
+  Space_Group_Type g;
+  g.spg_lat = 'P';
+  g.centred = 1;
+  g.num_ops = g.multip = 3;
+  g.symop = {Sym_Oper_Type{identity_matrix, Vec3{}},
+             Sym_Oper_Type{Mat3i{{{-1, 0, 0}, {0, -1, 0}, {0, 0, 1}}}, Vec3{}},
+             Sym_Oper_Type{identity_matrix, Vec3{}}};
+  std::string written;
+  get_hallsymb_from_gener(g, &written);
+  EXPECT_EQ(written, " P 2");
+  EXPECT_EQ(g.spg_symb, "Unknown");
+  g.num_ops = g.multip = 2;
+  g.symop.pop_back();
+  get_hallsymb_from_gener(g, &written);
+  EXPECT_EQ(g.spg_symb, "P 1 1 2");
+  EXPECT_EQ(g.num_spg, 3);
 }
 
 // The asymmetric-unit box of every setting: every point of a grid of 1/48 of the cell has an
@@ -147,14 +241,10 @@ TEST(SettingsSweep, AsymmetricUnitBoxes) {
     const std::string label = std::to_string(row.n) + " " + trim(row.hm);
     const Space_Group_Type h = group_of(trim(row.hall), "HAL");
     const std::array<int, 6>& box = row.asu;
-    // Each operator as integers: the rotation, then the translation in 1/n.
-    std::vector<std::array<int, 12>> ops;
+    std::vector<Op_Key> ops;  // the translations in 1/n rather than 24ths
     for (const Sym_Oper_Type& op : h.symop) {
-      std::array<int, 12>& o = ops.emplace_back();
-      for (int i = 0; i < 3; ++i) {
-        for (int j = 0; j < 3; ++j) o[3 * i + j] = op.rot[i][j];
-        o[9 + i] = static_cast<int>(std::lround(op.tr[i] * n));
-      }
+      ops.push_back(testing::key_of(op.rot, op.tr));
+      for (int i = 9; i < 12; ++i) ops.back()[i] *= per_24th;
     }
     std::vector<char> covered(n * n * n, 0);
     for (int x = per_24th * box[0]; x <= per_24th * box[3]; ++x) {
@@ -176,6 +266,8 @@ TEST(SettingsSweep, AsymmetricUnitBoxes) {
     }
   }
 }
+
+using testing::Op_Key;
 
 }  // namespace
 }  // namespace velmoria
