@@ -214,16 +214,13 @@ void check_case(const Case& c) {
   ASSERT_TRUE(out.state);
   const Run_State& st = *out.state;
   EXPECT_EQ(st.sv.ipol, c.axial ? 0 : 1);
-  ASSERT_FALSE(st.analyses.empty());
   ASSERT_EQ(st.analyses.size(), st.sv.sites.size());
   EXPECT_EQ(static_cast<int>(st.sv.sites.size()), c.sites);
   int atoms = 0;
   for (const Site& site : st.sv.sites) atoms += site.mult;
   EXPECT_EQ(atoms, c.atoms);
   for (std::size_t ns = 0; ns < st.analyses.size(); ++ns) {
-    SCOPED_TRACE("site " + std::to_string(ns + 1) + " of " + std::to_string(st.analyses.size()) +
-                 ", " + std::to_string(st.sv.sites[ns].mult) + " atoms, ngk " +
-                 std::to_string(st.store.ngk));
+    SCOPED_TRACE("site " + std::to_string(ns + 1));
     check_site(st, static_cast<int>(ns), c.axial);
   }
 }
