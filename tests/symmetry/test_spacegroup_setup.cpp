@@ -2,14 +2,18 @@
 // the closure of generators, the analysis of complete lists and the reading of Hall symbols
 // (the order of the reduced set, the lattice named by the pure translations, the centre of
 // symmetry), and the failures of the setup, which reach the caller of set_spacegroup and the
-// run's output with the message of the routine that failed.
+// run's output with the message of the routine that failed.  The listing of a record: whole
+// listings against the files of tests/data, and the parts that depend on the lattice.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "run/run_driver.hpp"
+#include "symmetry/exact_operator.hpp"
+#include "symmetry/listing.hpp"
 #include "symmetry/operator_text.hpp"
 #include "symmetry/records.hpp"
 #include "symmetry/spacegroup_setup.hpp"
@@ -252,19 +256,93 @@ TEST(SetupErrors, EachFailureReportsItsMessage) {
   EXPECT_EQ(g.multip, 2);
 }
 
-std::string last_line(std::string t) {
-  while (!t.empty() && t.back() == '\n') t.pop_back();
-  const std::size_t nl = t.rfind('\n');
-  return nl == std::string::npos ? t : t.substr(nl + 1);
-}
-
 TEST(RunErrors, GeneratorThatCannotBeReadStopsTheRunWithItsMessage) {
   const Run_Output out =
       run_velmoria({"t", "GEN  -x,-y,z+q\nKVEC  0 0 0  GM\nVMODE AXI\nATOM  Cu  CU  0 0 0\n", ""});
   const std::string stop = " =>" + bad_character + ": -x,-y,z+q";
-  EXPECT_EQ(last_line(out.result), stop);
-  EXPECT_EQ(last_line(out.console), stop);
+  EXPECT_EQ(testing::lines_of(out.result).back(), stop);
+  EXPECT_EQ(testing::lines_of(out.console).back(), stop);
   EXPECT_EQ(out.result.find("Information on Space Group"), std::string::npos);
+}
+
+using testing::lines_of;
+
+// P -1 as the setup leaves it.
+Space_Group_Type p_minus_1() {
+  Space_Group_Type g;
+  g.num_spg = 2;
+  g.spg_symb = "P -1";
+  g.hall = "-P 1";
+  g.setting = "Generated from Hall symbol";
+  g.crystal_sys = "Triclinic";
+  g.laue = "-1";
+  g.pg = "-1";
+  g.spg_lat = 'P';
+  g.spg_latsy = "aP";
+  g.num_lat = 1;
+  g.latt_trans = {Vec3{0, 0, 0}};
+  g.centre = "Centric (-1 at origin)";
+  g.centred = 2;
+  g.num_ops = 1;
+  g.multip = 2;
+  g.symop = {{identity_matrix, {}}, {inversion_matrix, {}}};
+  g.symop_symb = {"x,y,z", "-x,-y,-z"};
+  g.asym_unit = {Vec3{0, 0, 0}, Vec3{0.5f, 1, 1}};
+  return g;
+}
+
+// P 21/c filled in by hand, with two special orbits and the
+// table setting choice: the full listing.
+Space_Group_Type p_21_c() {
+  Space_Group_Type g = p_minus_1();
+  g.num_spg = 14;
+  g.spg_symb = "P 21/c";
+  g.hall = "-P 2ybc";
+  g.info = "b1";
+  g.crystal_sys = "Monoclinic";
+  g.laue = "2/m";
+  g.pg = "2/m";
+  g.spg_latsy = "mP";
+  g.num_ops = 2;
+  g.multip = 4;
+  g.num_gen = 1;
+  g.symop = {{identity_matrix, {}},
+             {{{{-1, 0, 0}, {0, 1, 0}, {0, 0, -1}}}, {0, 0.5f, 0.5f}},
+             {inversion_matrix, {}},
+             {{{{1, 0, 0}, {0, -1, 0}, {0, 0, 1}}}, {0, 0.5f, 0.5f}}};
+  g.symop_symb = {"x,y,z", "-x,y+1/2,-z+1/2", "-x,-y,-z", "x,-y+1/2,z+1/2"};
+  g.wyckoff = {
+      2, {{2, "", 2, "", {"0,0,0", "0,1/2,1/2"}}, {2, "", 2, "", {"1/2,0,0", "1/2,1/2,1/2"}}}};
+  return g;
+}
+
+TEST(Listing, WholeListingsOfPMinus1AndP21c) {
+  std::string out;
+  write_spacegroup(p_minus_1(), out);
+  testing::expect_same_lines("P -1", out, testing::data_file("listing_p-1.txt"));
+  out.clear();
+  write_spacegroup(p_21_c(), out, true);
+  testing::expect_same_lines("P 21/c", out, testing::data_file("listing_p21c_full.txt"));
+}
+
+TEST(Listing, ZLatticeAndCentreOffOrigin) {
+  Space_Group_Type g = p_minus_1();
+  g.spg_lat = 'Z';
+  g.num_lat = 2;
+  g.latt_trans = {Vec3{0, 0, 0}, Vec3{0.5f, 0, 0}};
+  g.centred = 0;
+  g.centre_coord = {0.25f, 0, 0.125f};
+  std::string out;
+  write_spacegroup(g, out);
+  std::vector<std::string> lines = lines_of(out);
+  auto it = std::find(lines.begin(), lines.end(), " =>               Centre at: (1/4,0,1/8)");
+  ASSERT_NE(it, lines.end());
+  // Without the full listing the centring vectors of a Z lattice are still written.
+  EXPECT_EQ(it[1], " => Non-conventional Centring vectors:  2");
+  std::string entry = " => Latt( 1): (1/2,0,0)";
+  EXPECT_EQ(it[2], entry + std::string(100 - entry.size(), ' '));
+  EXPECT_EQ(it[3], "");
+  EXPECT_EQ(it[4], " => List of S.O. without inversion and lattice centring translations");
 }
 
 }  // namespace
