@@ -83,51 +83,38 @@ TEST(SiteAnalysis, OneAtomInP1) {
 }
 
 // P -1: the inversion carries an axial vector into itself and a polar one into its negative,
-// and an atom it returns by the lattice vector R picks up exp(-2 pi i k.R).
+// and an atom it returns by the lattice vector R picks up exp(-2 pi i k.R).  An atom on the
+// centre at (1/2,0,0) is returned by R = (1,0,0): one representation holds all three functions,
+// that of the character (+-1 for axial or polar) times exp(-2 pi i k.R).  At a general position
+// atom 2 at -x is brought into the cell, so the inversion returns it by R = (1,1,1); each
+// representation holds three functions, and the sign on atom 2 is that product over the
+// character.
 TEST(SiteAnalysis, InversionCentre) {
-  struct Case {
-    const char* kvec;
-    bool axial;
-    const char* atom;
-    float character;  // at the inversion, of the representation that holds the functions
-  };
-  // An atom on a centre of inversion: one representation holds all three functions.
-  const Case on_centre[] = {{"0 0 0 GM", true, "0 0 0", 1.0f},
-                            {"0 0 0 GM", false, "0 0 0", -1.0f},
-                            // returned by R = (1,0,0): exp(-2 pi i k.R) = -1
-                            {"0.5 0 0 X", true, "0.5 0 0", -1.0f},
-                            {"0.5 0 0 X", false, "0.5 0 0", 1.0f}};
-  for (const Case& c : on_centre) {
-    SCOPED_TRACE(std::string(c.kvec) + (c.axial ? " axial " : " polar ") + c.atom);
-    const Run_Output out = run_site("P -1", c.kvec, c.axial, c.atom);
-    const Run_State& rs = *out.state;
-    const int g = operator_with(rs.store, inversion);
-    ASSERT_GT(g, 0);
-    ASSERT_EQ(rs.analyses.size(), 1u);
-    ASSERT_EQ(rs.analyses[0].bases.size(), 1u);
-    const Irrep_Basis& b = rs.analyses[0].bases[0];
-    EXPECT_EQ(rs.store.chr(b.nu, g), c.character);
-    EXPECT_EQ(b.nbas(), 3);
-    EXPECT_EQ(b.coefficients, std::vector<std::string>{"Sk(1): (u,v,w)"});
-  }
-  // A general position: atom 2 at -x is brought into the cell, so the inversion returns it by
-  // R = (1,1,1); each representation holds three functions, and the sign on atom 2 is the
-  // character, times -1 for a polar vector, times exp(-2 pi i k.R).
   for (const char* kvec : {"0 0 0 GM", "0.5 0 0 X"}) {
     const float k_sign = std::string(kvec) == "0 0 0 GM" ? 1.0f : -1.0f;
-    for (bool axial : {true, false}) {
-      SCOPED_TRACE(std::string(kvec) + (axial ? " axial" : " polar"));
-      const Run_Output out = run_site("P -1", kvec, axial, "0.1 0.2 0.3");
-      const Run_State& rs = *out.state;
-      EXPECT_NE(out.result.find("Fe_2      0.9000  0.8000  0.7000"), std::string::npos);
-      const int g = operator_with(rs.store, inversion);
-      ASSERT_EQ(rs.analyses.size(), 1u);
-      ASSERT_EQ(rs.analyses[0].bases.size(), 2u);
-      for (const Irrep_Basis& b : rs.analyses[0].bases) {
-        EXPECT_EQ(b.nbas(), 3);
-        const float sign = rs.store.chr(b.nu, g) * (axial ? 1.0f : -1.0f) * k_sign;
-        const std::string atom2 = sign > 0 ? "Sk(2): (u,v,w)" : "Sk(2): (-u,-v,-w)";
-        EXPECT_EQ(b.coefficients, (std::vector<std::string>{"Sk(1): (u,v,w)", atom2}));
+    for (const bool axial : {true, false}) {
+      for (const bool centre : {true, false}) {
+        SCOPED_TRACE(std::string(kvec) + (axial ? " axial" : " polar") + (centre ? " centre" : ""));
+        const Run_Output out = run_site("P -1", kvec, axial, centre ? "0.5 0 0" : "0.1 0.2 0.3");
+        const Run_State& rs = *out.state;
+        if (!centre) {
+          EXPECT_NE(out.result.find("Fe_2      0.9000  0.8000  0.7000"), std::string::npos);
+        }
+        const int g = operator_with(rs.store, inversion);
+        ASSERT_GT(g, 0);
+        ASSERT_EQ(rs.analyses.size(), 1u);
+        ASSERT_EQ(rs.analyses[0].bases.size(), centre ? 1u : 2u);
+        for (const Irrep_Basis& b : rs.analyses[0].bases) {
+          EXPECT_EQ(b.nbas(), 3);
+          const float sign = rs.store.chr(b.nu, g) * (axial ? 1.0f : -1.0f) * k_sign;
+          std::vector<std::string> coefficients = {"Sk(1): (u,v,w)"};
+          if (centre) {
+            EXPECT_EQ(sign, 1.0f);
+          } else {
+            coefficients.push_back(sign > 0 ? "Sk(2): (u,v,w)" : "Sk(2): (-u,-v,-w)");
+          }
+          EXPECT_EQ(b.coefficients, coefficients);
+        }
       }
     }
   }

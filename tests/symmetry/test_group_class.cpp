@@ -54,39 +54,28 @@ TEST(CrystalSystem, CountsOfRotationTypes) {
   EXPECT_EQ(isystem, 1);
   EXPECT_EQ(latsy, "aP");
 
-  // The rotations as rows of mod6, negated for n < 0; the inversion counts for nothing.
-  const struct {
-    int system;
-    char letter;
-    const char* ops;
-  } cases[] = {
-      {1, 'a', "1"},
-      {2, 'm', "1 2"},
-      {2, 'm', "1 -2"},
-      {2, 'm', "1 -1 2"},
-      {3, 'o', "1 2 3 4"},
-      {3, 'o', "1 2 -3 -4"},
-      {4, 't', "1 16 2 15"},
-      {4, 't', "1 2 -15 -16"},
-      {4, 't', "1 2 3 4 13 14 15 16"},
-      {5, 'h', "25 26 27"},
-      {5, 'h', "25 26 27 31 32 33"},
-      {5, 'h', "1 5 9"},
-      {6, 'h', "25 26 27 28 29 30"},
-      {6, 'h', "25 26 27 -28 -29 -30"},
-      {7, 'c', "1 2 3 4 5 6 7 8 9 10 11 12"},
-      {7, 'c', "1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 17 18 19 20 21 22 23 24"},
-  };
-  for (const auto& c : cases) {
+  // The system and its letter, then the rotations as rows of mod6 (negated for n < 0, a..b
+  // for a range); the inversion counts for nothing.
+  for (const char* c :
+       {"1a 1", "2m 1 2", "2m 1 -2", "2m 1 -1 2", "3o 1..4", "3o 1 2 -3 -4", "4t 1 16 2 15",
+        "4t 1 2 -15 -16", "4t 1..4 13..16", "5h 25..27", "5h 25..27 31..33", "5h 1 5 9",
+        "6h 25..30", "6h 25..27 -28 -29 -30", "7c 1..12", "7c 1..24"}) {
+    std::istringstream in(c);
+    std::string word;
+    in >> word;
     std::vector<Mat3i> ss;
-    std::istringstream in(c.ops);
-    for (int n = 0; in >> n;) ss.push_back(n > 0 ? mod6[n - 1] : negated(mod6[-n - 1]));
+    while (in >> word) {
+      const std::size_t dots = word.find("..");
+      const int first = std::stoi(word);
+      const int last = dots == std::string::npos ? first : std::stoi(word.substr(dots + 2));
+      for (int n = first; n <= last; ++n) ss.push_back(n > 0 ? mod6[n - 1] : negated(mod6[-n - 1]));
+    }
     latsy = "xF";
     init_err_symm();
     get_crystal_system_r_op(static_cast<int>(ss.size()), ss, isystem, latsy);
     EXPECT_FALSE(err_symm);
-    EXPECT_EQ(isystem, c.system) << c.ops;
-    EXPECT_EQ(latsy[0], c.letter);
+    EXPECT_EQ(isystem, c[0] - '0') << c;
+    EXPECT_EQ(latsy[0], c[1]) << c;
     EXPECT_EQ(latsy[1], 'F');
   }
 }
