@@ -152,25 +152,18 @@ TEST(SymmetrySymbols, WorkedByHand) {
   EXPECT_EQ(symmetry_symbol_str({{{1, 0, 0}, {0, 1, 0}, {0, 0, -1}}}, {-0.5f, 0, 0}), "m x,y,0");
 }
 
-std::string seitz_of(const std::string& symb) {
-  std::string seitz;
-  seitz_symb(symb, seitz);
-  return seitz;
-}
-
+// "Operator = symbol": every fraction of the table has its letter; a minus sign is kept.
 TEST(SeitzSymb, RotationPartAndTranslationLetters) {
-  EXPECT_EQ(seitz_of("x,y,z"), "{ 1 | 0 0 0}");
-  EXPECT_EQ(seitz_of("-x,-y,-z"), "{-1 | 0 0 0}");
-  EXPECT_EQ(seitz_of("-x+1/2,y,-z+1/2"), "{ 2 | p 0 p}");
-  EXPECT_EQ(seitz_of("-x,y+1/2,-z"), "{ 2 | 0 p 0}");
-  EXPECT_EQ(seitz_of("-y,x,z+1/4"), "{ 4+| 0 0 s}");
-  EXPECT_EQ(seitz_of("y,-x,-z+3/4"), "{-4+| 0 0 t}");
-  EXPECT_EQ(seitz_of("x,y,-z"), "{ m | 0 0 0}");
-  EXPECT_EQ(seitz_of("z,x,y"), "{ 3+| 0 0 0}");
-  // Every fraction of the table has its letter; a minus sign is kept.
-  EXPECT_EQ(seitz_of("x+1/3,y+2/3,z+1/6"), "{ t | q r u}");
-  EXPECT_EQ(seitz_of("x+5/6,y+1/8,z+3/8"), "{ t | v w x}");
-  EXPECT_EQ(seitz_of("x+5/8,y+7/8,z-2/3"), "{ t | y z-r}");
+  for (const std::string c :
+       {"x,y,z = { 1 | 0 0 0}", "-x,-y,-z = {-1 | 0 0 0}", "-x+1/2,y,-z+1/2 = { 2 | p 0 p}",
+        "-x,y+1/2,-z = { 2 | 0 p 0}", "-y,x,z+1/4 = { 4+| 0 0 s}", "y,-x,-z+3/4 = {-4+| 0 0 t}",
+        "x,y,-z = { m | 0 0 0}", "z,x,y = { 3+| 0 0 0}", "x+1/3,y+2/3,z+1/6 = { t | q r u}",
+        "x+5/6,y+1/8,z+3/8 = { t | v w x}", "x+5/8,y+7/8,z-2/3 = { t | y z-r}"}) {
+    const std::size_t eq = c.find(" = ");
+    std::string seitz;
+    seitz_symb(c.substr(0, eq), seitz);
+    EXPECT_EQ(seitz, c.substr(eq + 3)) << c;
+  }
 }
 
 TEST(SeitzSymb, TabulatedRotationAndInternationalSymbol) {
@@ -195,7 +188,8 @@ constexpr Mat3i two_z{{{-1, 0, 0}, {0, -1, 0}, {0, 0, 1}}};    // -x,-y,z
 constexpr Mat3i two_y{{{-1, 0, 0}, {0, 1, 0}, {0, 0, -1}}};    // -x,y,-z
 constexpr Mat3i two_x{{{1, 0, 0}, {0, -1, 0}, {0, 0, -1}}};    // x,-y,-z
 
-TEST(ExactOperator, ScrewAxisPowersAddTheirTranslations) {
+// Worked by hand: powers of a screw axis add their translations.
+TEST(ExactOperator, ProductsAndInversesWorkedByHand) {
   const Exact_Op screw{four_z, {0, 0, 6}};  // 4_1: -y,x,z+1/4
   const Exact_Op square = screw * screw;
   EXPECT_EQ(square, (Exact_Op{two_z, {0, 0, 12}}));  // -x,-y,z+1/2
@@ -203,9 +197,7 @@ TEST(ExactOperator, ScrewAxisPowersAddTheirTranslations) {
   EXPECT_EQ(fourth, (Exact_Op{identity_matrix, {0, 0, 24}}));  // one whole cell along c
   EXPECT_NE(fourth, Exact_Op{});
   EXPECT_EQ(reduced(fourth), Exact_Op{});
-}
-
-TEST(ExactOperator, ProductAppliesTheRightFactorFirst) {
+  // The product applies the right factor first.
   // (-x+1/2,-y,z+1/2)(-x,y+1/2,-z+1/2) = x+1/2,-y+1/2,-z, once brought into the cell.
   const Exact_Op a{two_z, {12, 0, 12}};
   const Exact_Op b{two_y, {0, 12, 12}};
@@ -215,16 +207,14 @@ TEST(ExactOperator, ProductAppliesTheRightFactorFirst) {
   EXPECT_EQ(reduced(b * a), (Exact_Op{two_x, {12, 12, 0}}));
   // x+1/2 rather than x: the two translations differ by one 24th and the operators differ.
   EXPECT_NE((Exact_Op{two_x, {12, 12, 0}}), (Exact_Op{two_x, {11, 12, 0}}));
-}
-
-TEST(ExactOperator, InverseUndoesTheOperator) {
-  const Exact_Op screw{three_z, {0, 0, 8}};  // 3_1: -y,x-y,z+1/3
-  const Exact_Op inv = inverse(screw);
+  // The inverse undoes the operator.
+  const Exact_Op screw3{three_z, {0, 0, 8}};  // 3_1: -y,x-y,z+1/3
+  const Exact_Op inv = inverse(screw3);
   const Mat3i three_z_inv{{{-1, 1, 0}, {-1, 0, 0}, {0, 0, 1}}};  // -x+y,-x,z
   EXPECT_EQ(inv, (Exact_Op{three_z_inv, {0, 0, -8}}));
   EXPECT_EQ(reduced(inv).tr, (Vec3i{0, 0, 16}));  // z+2/3
-  EXPECT_EQ(screw * inv, Exact_Op{});
-  EXPECT_EQ(inv * screw, Exact_Op{});
+  EXPECT_EQ(screw3 * inv, Exact_Op{});
+  EXPECT_EQ(inv * screw3, Exact_Op{});
   // An improper operator: a glide plane x,-y,z+1/2 is its own inverse modulo the lattice.
   const Exact_Op glide{negated(two_y), {0, 0, 12}};
   EXPECT_EQ(reduced(inverse(glide)), glide);
