@@ -1,11 +1,13 @@
 #!/usr/bin/env python3
 """The JSON documents of velmoria: every run of the examples and end-to-end cases, and a set of
 --group and --irreps look-ups, against the schema; the result and block files unchanged by
---json; a stopped run told from a finished one; the operators and generators of a group closed
-as a group; the matrices of the little-group representations multiplying like the group."""
+--json, and holding the numbers of the document to the digits they print; a stopped run told
+from a finished one; the operators and generators of a group closed as a group; the matrices of
+the little-group representations multiplying like the group."""
 import glob
 import json
 import os
+import re
 import shutil
 import sys
 import tempfile
@@ -130,6 +132,138 @@ def check_representations(doc, where):
 
 
 # ---------------------------------------------------------------------------------------------
+# The result file against the document.  A matrix element is printed with four decimals in each
+# part (or as an integer within 1e-5), a component of a basis function with two (f5.2, or i5
+# when whole); the imaginary part of a function is not written when the sum of its moduli is
+# below 0.002.
+MATRIX_TOL = 0.75e-4
+BASIS_TOL = 0.005 + 2e-6
+NULL_IMAGINARY = 0.002
+
+
+def parse_matrices(lines, dims):
+    """{(g, nu): flat elements} from " -> SYMM_K( g):" and "Matrix of IRrep( nu):", the elements
+    as written: 1, -0.5000, 0.6374+0.7705i, -i."""
+    out, g = {}, None
+    for i, line in enumerate(lines):
+        m = re.match(r" -> SYMM_K\(\s*(\d+)\):", line)
+        g = int(m.group(1)) if m else g
+        m = re.match(r"    Matrix of IRrep\(\s*(\d+)\):", line)
+        if m and g is not None:
+            nu, tokens, j = int(m.group(1)), [], i + 1
+            while len(tokens) < dims[nu - 1] ** 2 and lines[j].startswith(" " * 20):
+                tokens += lines[j].split()
+                j += 1
+            out[(g, nu)] = [complex(t.replace("i", "j")) for t in tokens]
+    return out
+
+
+def parse_terms(text):
+    """'1 Irep_k( 1) + 2 Irep_k( 2)' -> {1: 1, 2: 2}; supplied labels such as mZ1( 1) too."""
+    return {int(nu): int(n) for n, nu in re.findall(r"(\d+)\s+[^\s(]+\(\s*(\d+)\)", text)}
+
+
+def triples(text):
+    """The atoms' triples of a BsV/Im line: fields of 5 columns, None where overflowed."""
+    def number(field):
+        try:
+            return float(field)
+        except ValueError:
+            return None
+    return [[number(inner[5 * c:5 * c + 5]) for c in range(3)]
+            for inner in re.findall(r"\(([^()]*)\)", text)]
+
+
+def parse_sites(lines):
+    """Per site: the multiplicities and, per basis block, (nu, dim, times) and the functions,
+    each {atom: [re triple, im triple or None]}."""
+    sites, block, last = [], None, None
+    for line in lines:
+        if m := re.match(r"\s+CALCULATIONS FOR SITE :\s*(\d+)", line):
+            sites.append({"number": int(m.group(1)), "vector": None, "permutation": None,
+                          "bases": []})
+        if not sites:
+            continue
+        if m := re.match(r" -> GAMMA\((Magnetic|Mechanic|Permutation)\):(.*)", line):
+            sites[-1]["permutation" if m.group(1) == "Permutation" else "vector"] = \
+                parse_terms(m.group(2))
+        if m := re.match(r" => Basis functions of Representation IRrep\(\s*(\d+)\) of dimension"
+                         r"\s+(\d+) contained\s+(\d+) times", line):
+            block = {"key": tuple(int(x) for x in m.groups()), "functions": {}}
+            sites[-1]["bases"].append(block)
+        if (m := re.match(r" BsV\(\s*(\d+),\s*(\d+):\s*(\d+)\):Re (.*)", line)) and block:
+            f, a1 = block["functions"].setdefault(int(m.group(1)), {}), int(m.group(2))
+            for n, triple in enumerate(triples(m.group(4))):
+                f[a1 + n] = [triple, None]
+            last = (f, a1)
+            continue
+        if (m := re.match(r" {16}Im (.*)", line)) and last:
+            for n, triple in enumerate(triples(m.group(1))):
+                last[0][last[1] + n][1] = triple
+        last = None
+    return sites
+
+
+def close(printed, value):
+    return printed is None or abs(printed - value) <= BASIS_TOL
+
+
+def compare_site(site, printed, where):
+    def nonzero(values):
+        return {nu: n for nu, n in enumerate(values, start=1) if n != 0}
+    mult = site["multiplicities"]
+    check(nonzero(mult["vector"]) == printed["vector"]
+          and nonzero(mult["permutation"]) == printed["permutation"],
+          f"{where}: multiplicities {printed['vector']}, permutation {printed['permutation']}")
+    reps = site["representations"]
+    check([(r["number"], r["dimension"], r["occurrences"]) for r in reps]
+          == [b["key"] for b in printed["bases"]],
+          f"{where}: the contained representations, their dimensions and occurrences")
+    atoms = len(site["atoms"])
+    for rep, block in zip(reps, printed["bases"]):
+        functions = complex_array(rep["basis_functions"])
+        here = f"{where}: IRrep({rep['number']})"
+        check(sorted(block["functions"]) == list(range(1, len(functions) + 1))
+              and functions.shape[1:] == (atoms, 3) and len(rep["fourier_coefficients"]) == atoms,
+              f"{here}: {len(functions)} basis functions of a 3-vector and a coefficient an atom")
+        ok = True
+        for j, atoms_printed in block["functions"].items():
+            if j > len(functions) or sorted(atoms_printed) != list(range(1, atoms + 1)):
+                ok = False
+                continue
+            f = functions[j - 1]
+            if all(im is None for _, im in atoms_printed.values()):
+                ok &= np.abs(f.imag).sum() <= NULL_IMAGINARY
+            for a, (re_part, im_part) in atoms_printed.items():
+                ok &= all(close(re_part[c], f[a - 1][c].real)
+                          and (im_part is None or close(im_part[c], f[a - 1][c].imag))
+                          for c in range(3))
+        check(ok, f"{here}: components of the basis functions as printed")
+
+
+def compare_result_file(doc, text, where):
+    """The numbers of a run document against its result file; the number of matrices compared."""
+    lines = text.split("\n")
+    dims = next(([int(x) for x in l.split(":")[1].split()] for l in lines
+                 if l.startswith(" => Dimensions of Ir(reps):")), [])
+    reps = doc["representations"]
+    check(dims and dims == [r["dimension"] for r in reps], f"{where}: dimensions {dims}")
+    matrices = parse_matrices(lines, dims) if dims else {}
+    ok = True
+    for (g, nu), printed in matrices.items():
+        m = np.ravel(complex_array(reps[nu - 1]["matrices"][g - 1]))
+        ok &= len(m) == len(printed) and np.abs(m - printed).max() <= MATRIX_TOL
+    check(ok, f"{where}: {len(matrices)} matrices as printed")
+    check(len(matrices) in (0, doc["little_group"]["order"] * len(reps)),
+          f"{where}: every matrix printed, or none (short output)")
+    sites = parse_sites(lines)
+    check(sites and len(sites) == len(doc["sites"]), f"{where}: {len(sites)} sites")
+    for s_doc, s_txt in zip(doc["sites"], sites):
+        compare_site(s_doc, s_txt, f"{where}: site {s_txt['number']}")
+    return len(matrices)
+
+
+# ---------------------------------------------------------------------------------------------
 
 def control_files():
     files = sorted(glob.glob(os.path.join(ROOT, "examples", "*.vrn")))
@@ -146,6 +280,7 @@ def run_case(binary, control, folder, json_flag):
 
 
 def check_runs(binary, v, d):
+    matrices = 0
     for n, control in enumerate(control_files()):
         plain = os.path.join(d, f"plain{n}")
         with_json = os.path.join(d, f"json{n}")
@@ -170,13 +305,9 @@ def check_runs(binary, v, d):
         check(any(s["representations"] for s in doc["sites"]), f"{where}: basis functions")
         check_group(doc["space_group"], where)
         check_representations(doc, where)
+        matrices += compare_result_file(doc, read(os.path.join(with_json, code + ".vmr")), where)
         for s in doc["sites"]:
             atoms = s["atoms"]
-            for rep in s["representations"]:
-                check(all(len(f) == len(atoms) for f in rep["basis_functions"]),
-                      f"{where}: site {s['number']}: one 3-vector per atom in every function")
-                check(len(rep["fourier_coefficients"]) == len(atoms),
-                      f"{where}: site {s['number']}: one Fourier coefficient per atom")
             first = atoms[0]["position"]
             for a in atoms:  # the carrier takes atom 1 onto the atom, up to a lattice vector
                 o = a["operator"]
@@ -185,6 +316,7 @@ def check_runs(binary, v, d):
                 check(all(abs((image[i] - a["position"][i]) - round(image[i] - a["position"][i]))
                           < 1e-4 for i in range(3)),
                       f"{where}: {a['label']}: carrier takes atom 1 onto it")
+    check(matrices > 0, "some matrices were compared with the result files")
 
 
 def run_text(binary, folder, code, text, *args):
@@ -278,9 +410,7 @@ def check_lookups(binary, v, d):
     doc = docs["--irreps 14 0.123 0 0.31"]
     check(doc["k"]["fractions"] == [None, "0", None] and doc["k"]["label"] == "",
           "--irreps at a general k: no fraction for 0.123 and 0.31")
-    doc = json.loads(run(binary, ["--irreps", "P 63/m m c", "0.3333", "1/3", "0", "--json"],
-                         d).stdout)
-    check(doc["k"]["fractions"] == ["1/3", "1/3", "0"], "--irreps: k rounded to 1/3 as fractions")
+    doc = docs["--irreps P 63/m m c 1/3 1/3 0 K"]
     check(len(doc["star"]["arms"]) == 2 and not doc["star"]["k_equivalent_to_minus_k"],
           "--irreps 194 K: two arms, K not equivalent to -K")
 
