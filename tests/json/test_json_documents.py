@@ -45,9 +45,11 @@ def read(path, mode="r"):
 
 # ---------------------------------------------------------------------------------------------
 # Operators as exact integers: rotation rows and translations as Fractions modulo 1.
+IDENTITY = ((1, 0, 0), (0, 1, 0), (0, 0, 1))
 
-def op_key(rotation, translation):
-    return (tuple(tuple(r) for r in rotation), tuple(Fraction(t) % 1 for t in translation))
+
+def op_key(o):
+    return tuple(tuple(r) for r in o["rotation"]), tuple(Fraction(t) % 1 for t in o["translation"])
 
 
 def product(a, b):
@@ -58,36 +60,22 @@ def product(a, b):
     return r, t
 
 
-def closure(gens):
-    identity = op_key([[1, 0, 0], [0, 1, 0], [0, 0, 1]], ["0", "0", "0"])
-    seen = {identity}
-    todo = [identity]
-    while todo and len(seen) <= 400:
-        x = todo.pop()
-        for g in gens:
-            y = product(g, x)
-            if y not in seen:
-                seen.add(y)
-                todo.append(y)
-    return seen
-
-
 def check_group(g, where):
     """The operators form a group modulo whole cells; the generators make exactly that group;
-    the centring vectors are translations of it."""
-    ops = [op_key(o["rotation"], o["translation"]) for o in g["operators"]]
+    the centring vectors are its pure translations."""
+    ops = [op_key(o) for o in g["operators"]]
     keys = set(ops)
     check(len(ops) == g["multiplicity"] and len(keys) == len(ops),
           f"{where}: {g['multiplicity']} distinct operators")
     check(all(product(a, b) in keys for a in ops for b in ops), f"{where}: operators closed")
-    gens = [op_key(o["rotation"], o["translation"]) for o in g["generators"]]
-    check(closure(gens) == keys,
-          f"{where}: the generators ({g['generators_source']}) make the group")
-    identity = ((1, 0, 0), (0, 1, 0), (0, 0, 1))
-    check(all((identity, tuple(Fraction(t) % 1 for t in c)) in keys
-              for c in g["centring_vectors"]), f"{where}: centring vectors in the group")
-    check(len(g["centring_vectors"]) + 1 == sum(1 for r, _ in ops if r == identity),
-          f"{where}: one centring vector per pure translation")
+    gens = [op_key(o) for o in g["generators"]]
+    made = {(IDENTITY, (0, 0, 0))}
+    while (new := {product(a, b) for a in gens for b in made} - made) and len(made) <= 400:
+        made |= new
+    check(made == keys, f"{where}: the generators ({g['generators_source']}) make the group")
+    pure = {t for r, t in ops if r == IDENTITY and any(t)}
+    check(pure == {tuple(Fraction(t) % 1 for t in c) for c in g["centring_vectors"]}
+          and len(pure) == len(g["centring_vectors"]), f"{where}: the centring vectors")
 
 
 # ---------------------------------------------------------------------------------------------
@@ -124,9 +112,8 @@ def check_representations(doc, where):
                  characters=complex_array(r["characters"])) for r in doc["representations"]]
     failures = representations_hold(dict(doc, representations=reps))
     check(not failures, f"{where}: the representations of the little group {failures[:3]}")
-    group = {op_key(o["rotation"], o["translation"]) for o in doc["space_group"]["operators"]}
-    check(all(op_key(o["rotation"], o["translation"]) in group
-              for o in doc["little_group"]["operators"]),
+    group = {op_key(o) for o in doc["space_group"]["operators"]}
+    check(all(op_key(o) in group for o in doc["little_group"]["operators"]),
           f"{where}: the little group is part of the space group")
     check_star(doc, where)
 
@@ -265,56 +252,44 @@ def compare_result_file(doc, text, where):
 
 # ---------------------------------------------------------------------------------------------
 
-def control_files():
-    files = sorted(glob.glob(os.path.join(ROOT, "examples", "*.vrn")))
-    files += sorted(glob.glob(os.path.join(ROOT, "tests", "e2e", "cases", "*.vrn")))
-    return files
-
-
-def run_case(binary, control, folder, json_flag):
-    os.makedirs(folder)
-    code = os.path.splitext(os.path.basename(control))[0]
-    shutil.copy(control, folder)
-    r = run(binary, [code, "--json"] if json_flag else [code], folder)
-    return code, r
-
-
 def check_runs(binary, v, d):
+    """Every example and end-to-end case, run with and without --json."""
     matrices = 0
-    for n, control in enumerate(control_files()):
-        plain = os.path.join(d, f"plain{n}")
-        with_json = os.path.join(d, f"json{n}")
-        code, r0 = run_case(binary, control, plain, False)
-        _, r1 = run_case(binary, control, with_json, True)
+    controls = sorted(glob.glob(os.path.join(ROOT, "examples", "*.vrn")))
+    controls += sorted(glob.glob(os.path.join(ROOT, "tests", "e2e", "cases", "*.vrn")))
+    for n, control in enumerate(controls):
+        code = os.path.splitext(os.path.basename(control))[0]
+        plain, with_json = os.path.join(d, f"plain{n}"), os.path.join(d, f"json{n}")
+        for folder in (plain, with_json):
+            os.makedirs(folder)
+            shutil.copy(control, folder)
+        r0, r1 = run(binary, [code], plain), run(binary, [code, "--json"], with_json)
         where = os.path.relpath(control, ROOT)
-        check(r0.returncode == 0 and r1.returncode == 0, f"{where}: status 0")
+        check(r0.returncode == 0 and r1.returncode == 0 and r0.stdout == r1.stdout,
+              f"{where}: status 0, the same console text with --json")
         check(not os.path.exists(os.path.join(plain, code + ".json")),
               f"{where}: no JSON without --json")
         for ext in (".vmr", ".tw"):
             check(read(os.path.join(plain, code + ext), "rb")
                   == read(os.path.join(with_json, code + ext), "rb"),
                   f"{where}: {ext} byte for byte the same with --json")
-        check(r0.stdout == r1.stdout, f"{where}: the same console text")
         doc = json.loads(read(os.path.join(with_json, code + ".json")))
         errors = schema_errors(v, doc)
         check(not errors, f"{where}: schema accepts the run document {errors[:3]}")
         check(doc["document"] == "run" and doc["code"] == code and doc["finished"]
               and doc["stop_message"] is None, f"{where}: a finished run")
-        check(doc["sites"] and all(s["multiplicities"] is not None for s in doc["sites"]),
-              f"{where}: every site analysed")
-        check(any(s["representations"] for s in doc["sites"]), f"{where}: basis functions")
+        check(all(s["multiplicities"] is not None for s in doc["sites"])
+              and any(s["representations"] for s in doc["sites"]),
+              f"{where}: every site analysed, with basis functions")
         check_group(doc["space_group"], where)
         check_representations(doc, where)
         matrices += compare_result_file(doc, read(os.path.join(with_json, code + ".vmr")), where)
-        for s in doc["sites"]:
-            atoms = s["atoms"]
-            first = atoms[0]["position"]
-            for a in atoms:  # the carrier takes atom 1 onto the atom, up to a lattice vector
+        for site in doc["sites"]:
+            for a in site["atoms"]:  # the carrier takes atom 1 onto the atom, up to a lattice vector
                 o = a["operator"]
-                image = [sum(o["rotation"][i][j] * first[j] for j in range(3))
-                         + float(Fraction(o["translation"][i])) for i in range(3)]
-                check(all(abs((image[i] - a["position"][i]) - round(image[i] - a["position"][i]))
-                          < 1e-4 for i in range(3)),
+                gap = (np.array(o["rotation"]) @ site["atoms"][0]["position"] - a["position"]
+                       + [float(Fraction(t)) for t in o["translation"]])
+                check(np.allclose(gap, np.round(gap), atol=1e-4),
                       f"{where}: {a['label']}: carrier takes atom 1 onto it")
     check(matrices > 0, "some matrices were compared with the result files")
 
@@ -336,8 +311,6 @@ def check_stopped_runs(binary, v, d):
     check(not schema_errors(v, doc) and doc["title"] == "a k that is no number"
           and doc["finished"] is False and "propagation vector" in (doc["stop_message"] or ""),
           "stopped run: schema accepts it, finished false, with the stop message")
-    check(doc["stop_message"] in r.stdout + read(os.path.join(folder, "badk.vmr")),
-          "stopped run: the stop message is the one the run wrote")
     check(doc["k"] is None and doc["little_group"] is None and doc["star"] is None
           and doc["representations"] == [] and doc["sites"] == [],
           "stopped run: the parts not reached are null or empty")
@@ -403,10 +376,6 @@ def check_lookups(binary, v, d):
     g = docs["--group 227:1"]["space_group"]
     check(g["centre"] == ["1/8", "1/8", "1/8"] and len(g["centring_vectors"]) == 3,
           "--group 227:1: centre off the origin at 1/8, F centring")
-    doc = docs["--irreps 230 1 1 1 H"]
-    check([r["dimension"] for r in doc["representations"]] == [2, 2, 2, 6]
-          and doc["little_group"]["order"] == 48 and doc["k"]["label"] == "H",
-          "--irreps 230 H: dimensions 2 2 2 6 of 48 operators")
     doc = docs["--irreps 14 0.123 0 0.31"]
     check(doc["k"]["fractions"] == [None, "0", None] and doc["k"]["label"] == "",
           "--irreps at a general k: no fraction for 0.123 and 0.31")

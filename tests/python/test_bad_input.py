@@ -91,4 +91,5 @@ def test_wrong_types_raise_type_errors():
 def test_numpy_numbers_are_numbers():
     k = np.array([0, 0, 1], dtype=np.int64) / np.int64(2)
     assert velmoria.irreps("P n m a", k)["k"]["components"] == [0.0, 0.0, 0.5]
+    # P n m a at Z: two 2-dimensional representations (the screws along a and c anticommute).
     assert velmoria.irreps("P n m a", (np.float32(0), np.int32(0), 0.5))["dims"] == [2, 2]
