@@ -138,7 +138,8 @@ def parse_matrices(lines, dims):
         m = re.match(r"    Matrix of IRrep\(\s*(\d+)\):", line)
         if m and g is not None:
             nu, tokens, j = int(m.group(1)), [], i + 1
-            while len(tokens) < dims[nu - 1] ** 2 and lines[j].startswith(" " * 20):
+            while (j < len(lines) and len(tokens) < dims[nu - 1] ** 2
+                   and lines[j].startswith(" " * 20)):
                 tokens += lines[j].split()
                 j += 1
             out[(g, nu)] = [complex(t.replace("i", "j")) for t in tokens]
@@ -285,7 +286,8 @@ def check_runs(binary, v, d):
         check_representations(doc, where)
         matrices += compare_result_file(doc, read(os.path.join(with_json, code + ".vmr")), where)
         for site in doc["sites"]:
-            for a in site["atoms"]:  # the carrier takes atom 1 onto the atom, up to a lattice vector
+            # The carrier of each atom takes atom 1 onto it, up to a lattice vector.
+            for a in site["atoms"]:
                 o = a["operator"]
                 gap = (np.array(o["rotation"]) @ site["atoms"][0]["position"] - a["position"]
                        + [float(Fraction(t)) for t in o["translation"]])
