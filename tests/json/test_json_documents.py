@@ -22,7 +22,7 @@ sys.path.insert(0, os.path.dirname(HERE))
 from cli_checks import check, run, summary  # noqa: E402
 
 sys.path.insert(0, os.path.join(os.path.dirname(HERE), "python"))
-from checks import representations_hold  # noqa: E402
+from checks import operator_key, representations_hold  # noqa: E402
 
 SCHEMA = os.path.join(ROOT, "schema", "velmoria.schema.json")
 
@@ -44,12 +44,8 @@ def read(path, mode="r"):
 
 
 # ---------------------------------------------------------------------------------------------
-# Operators as exact integers: rotation rows and translations as Fractions modulo 1.
+# Operators as exact keys (tests/python/checks.py): rotation rows and translations modulo 1.
 IDENTITY = ((1, 0, 0), (0, 1, 0), (0, 0, 1))
-
-
-def op_key(o):
-    return tuple(tuple(r) for r in o["rotation"]), tuple(Fraction(t) % 1 for t in o["translation"])
 
 
 def product(a, b):
@@ -63,12 +59,12 @@ def product(a, b):
 def check_group(g, where):
     """The operators form a group modulo whole cells; the generators make exactly that group;
     the centring vectors are its pure translations."""
-    ops = [op_key(o) for o in g["operators"]]
+    ops = [operator_key(o) for o in g["operators"]]
     keys = set(ops)
     check(len(ops) == g["multiplicity"] and len(keys) == len(ops),
           f"{where}: {g['multiplicity']} distinct operators")
     check(all(product(a, b) in keys for a in ops for b in ops), f"{where}: operators closed")
-    gens = [op_key(o) for o in g["generators"]]
+    gens = [operator_key(o) for o in g["generators"]]
     made = {(IDENTITY, (0, 0, 0))}
     while (new := {product(a, b) for a in gens for b in made} - made) and len(made) <= 400:
         made |= new
@@ -112,8 +108,8 @@ def check_representations(doc, where):
                  characters=complex_array(r["characters"])) for r in doc["representations"]]
     failures = representations_hold(dict(doc, representations=reps))
     check(not failures, f"{where}: the representations of the little group {failures[:3]}")
-    group = {op_key(o) for o in doc["space_group"]["operators"]}
-    check(all(op_key(o) in group for o in doc["little_group"]["operators"]),
+    group = {operator_key(o) for o in doc["space_group"]["operators"]}
+    check(all(operator_key(o) in group for o in doc["little_group"]["operators"]),
           f"{where}: the little group is part of the space group")
     check_star(doc, where)
 
