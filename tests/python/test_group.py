@@ -42,13 +42,12 @@ def test_operators_of_all_hall_settings_are_spglibs():
 
 
 def test_plain_text_of_a_tabulated_symbol_is_the_b_unique_setting():
+    # (The Hall symbols themselves, hall=True for these, are spglib's above.)
     for symbol, hall in (("P 2", "P 2y"), ("A 2", "A 2y"), ("I 2", "I 2y")):
         number = next(n for n in range(1, 531)
                       if spglib.get_spacegroup_type(n)["hall_symbol"] == hall)
         expected, _ = spglib_operators(number)
         assert {operator_key(op) for op in velmoria.group(symbol)["operators"]} == expected
-        assert {operator_key(op) for op in velmoria.group(hall)["operators"]} == expected
-        assert {operator_key(op) for op in velmoria.group(symbol, hall=True)["operators"]} != expected
 
 
 def test_number_symbol_and_generators_give_the_same_group():
@@ -64,10 +63,4 @@ def test_number_symbol_and_generators_give_the_same_group():
         made = velmoria.group(generators=given)
         assert {operator_key(op) for op in made["operators"]} == operators
         assert made["number"] == 62
-
-
-def test_operators_are_numpy_arrays():
-    # (That they close into a group: they are spglib's, above.)
-    group = velmoria.group("F d -3 m")
-    assert len(group["operators"]) == group["multiplicity"] == 192
-    assert all(isinstance(op["rotation"], np.ndarray) for op in group["operators"])
+    assert all(isinstance(op["rotation"], np.ndarray) for op in by_number["operators"])

@@ -22,12 +22,9 @@ def tasks():
 
 def perform(task):
     kind, argument = task
+    call = {"run": velmoria.run, "irreps": lambda a: velmoria.irreps(*a), "group": velmoria.group}
     try:
-        if kind == "run":
-            return velmoria.run(argument)
-        if kind == "irreps":
-            return velmoria.irreps(*argument)
-        return velmoria.group(argument)
+        return call[kind](argument)
     except velmoria.InputError as error:
         return ("InputError", str(error))
 

@@ -83,11 +83,6 @@ TEST(RunDriver, UnreadableNumbersEndTheRunWithAMessage) {
        " => Too many atoms in SUBL Fe: at most 48 atoms a site"},
       {"SPGR P 1\nKVEC 0 0 0 GM\n" + std::string(2531, 'x') + "\n",
        " => Line 3 of the control file is longer than 2530 characters"},
-      {"SPGR P 1\nLITTLE_GROUP 49 2 1 1\nKVEC 0 0 0 GM\n",
-       " => Error! A supplied block may hold at most 48 operators and 48 representations: "
-       "LITTLE_GROUP 49 2 1 1"},
-      {"SPGR P 1\nLITTLE_GROUP 2 2 1 49\nKVEC 0 0 0 GM\n",
-       " => Error! Dimensions of supplied representations must be 1 to 48: LITTLE_GROUP 2 2 1 49"},
       // Numbers past the range of the group work, which would overflow its integers.
       {"SPGR P m -3 m\nKVEC 2147483648 0 0 X\n",
        " => Error! A component of the propagation vector is not a number within +/-1000000: "

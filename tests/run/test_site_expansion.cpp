@@ -57,24 +57,6 @@ void expect_near(const Vec3& a, const Vec3& b) {
   for (int i = 0; i < 3; ++i) EXPECT_NEAR(a[i], b[i], 1e-6F) << "component " << i;
 }
 
-TEST(Genatoms, GeneralPositionGivesOneAtomPerOperatorInAll230Groups) {
-  Run_Tolerance tol;
-  for (int number = 1; number <= 230; ++number) {
-    // k = 0: the little group is the whole point group of the space group.
-    Run_State rs = state_after_kvec(std::to_string(number), Vec3{0, 0, 0});
-    const int n = rs.store.ngk;
-    genatoms(rs, 0, "Fe", Vec3{0.1234F, 0.2345F, 0.3456F}, 1);
-    const Site& site = rs.sv.sites[0];
-    ASSERT_EQ(site.mult, n) << "group " << number;
-    for (int j = 0; j < n; ++j) {
-      for (int i = 0; i < 3; ++i) {
-        EXPECT_GE(site.x[j][i], 0.0F);
-        EXPECT_LT(site.x[j][i], 1.0F);
-      }
-    }
-  }
-}
-
 TEST(Genatoms, ImagesOutsideTheCellWithAndWithoutCel) {
   Run_Tolerance tol;
   Run_State rs;
@@ -162,18 +144,27 @@ TEST(Suborbits, AnOrbitSplitByTheGroupOfTheVectorGivesTwoSites) {
   EXPECT_EQ(first_members(ind, m).size(), 2u);
 }
 
-TEST(Suborbits, SubOrbitsTimesLittleGroupIsTheOrbitInAll230Groups) {
+// In every group: at k = 0 the little group is the whole point group, and a general position
+// expands to one atom in the cell for each of its operators; at k = (1/2,1/2,1/2) and at a
+// general k the number of sub-orbits of a general position times the order of the little group
+// is the size of the orbit.
+TEST(Suborbits, GeneralPositionsInAll230Groups) {
   Run_Tolerance tol;
-  // In every group, at k = (1/2,1/2,1/2) and at a general k, the number of sub-orbits of a
-  // general position times the order of the little group is the size of the orbit.
+  const Vec3 x{0.1234F, 0.2345F, 0.3456F};
   for (int number = 1; number <= 230; ++number) {
+    Run_State rs = state_after_kvec(std::to_string(number), Vec3{0, 0, 0});
+    genatoms(rs, 0, "Fe", x, 1);
+    const Site& site = rs.sv.sites[0];
+    ASSERT_EQ(site.mult, rs.store.ngk) << "group " << number;
+    for (int j = 0; j < site.mult; ++j)
+      for (int i = 0; i < 3; ++i) EXPECT_TRUE(site.x[j][i] >= 0.0F && site.x[j][i] < 1.0F);
     for (const Vec3& k : {Vec3{0.5F, 0.5F, 0.5F}, Vec3{0.1F, 0.2F, 0.3F}}) {
-      Run_State rs = state_after_kvec(std::to_string(number), k);
+      Run_State at_k = state_after_kvec(std::to_string(number), k);
       std::vector<Vec3> xeqv;
       std::vector<int> ind;
-      const int m = split_into_suborbits(rs, Vec3{0.1234F, 0.2345F, 0.3456F}, false, xeqv, ind);
+      const int m = split_into_suborbits(at_k, x, false, xeqv, ind);
       const int norb = static_cast<int>(first_members(ind, m).size());
-      EXPECT_EQ(norb * rs.store.ngk, m) << "group " << number;
+      EXPECT_EQ(norb * at_k.store.ngk, m) << "group " << number;
     }
   }
 }
