@@ -123,20 +123,30 @@ std::vector<Vec3d> special_points(const Group& g, const Vec3d& x0) {
   for (const auto& op : g) {
     const int n = order(op.rotation);
     if (n <= 1) continue;
+    // The translation of h^n is S (t + l) with S = Sum_k R^k: S t and S once per operation.
+    Mat3i sum{}, power = {{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
+    for (int k = 0; k < n; ++k) {
+      for (int i = 0; i < 3; ++i)
+        for (int j = 0; j < 3; ++j) sum[i][j] += power[i][j];
+      power = mul(power, op.rotation);
+    }
+    const Vec3d st = times(to_double(sum), op.translation);
     for (int l = 0; l < 27; ++l) {
       Magnetic_Operation h = op;
       for (int i = 0, v = l; i < 3; ++i, v /= 3) h.translation[i] += v % 3 - 1;
       // A seed of its own for each point, so that points of one kind differ (two points on
       // one axis, not one point twice).
       ++seeds;
-      Vec3d power{}, mean{}, y = x0;
+      Vec3d screw = st;
+      for (int i = 0; i < 3; ++i)
+        for (int j = 0, v = l; j < 3; ++j, v /= 3) screw[i] += sum[i][j] * (v % 3 - 1);
+      if (norm(screw) > 1e-6) continue;
+      Vec3d mean{}, y = x0;
       for (int i = 0; i < 3; ++i) y[i] += seeds * std::array<double, 3>{0.0517, 0.0373, 0.0291}[i];
       for (int k = 0; k < n; ++k) {
-        power = image_of(h, power);
         for (int i = 0; i < 3; ++i) mean[i] += y[i] / n;
         y = image_of(h, y);
       }
-      if (norm(power) > 1e-6) continue;
       for (double& c : mean) c = wrap(c);
       const bool known = std::any_of(found.begin(), found.end(),
                                      [&](const auto& f) { return same_point(f.second, mean); });

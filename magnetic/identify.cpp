@@ -418,6 +418,18 @@ Group conjugators(const std::vector<Isotropy_Operation>& parent, const Mat3d& ce
   return out;
 }
 
+// How many operations of the group have each trace (-3 to 3) and determinant of their
+// rotation, with time reversal or without: conjugate groups have the same counts.
+std::array<int, 28> classes_of(const Group& g) {
+  std::array<int, 28> n{};
+  for (const Magnetic_Operation& op : g) {
+    const int trace = op.rotation[0][0] + op.rotation[1][1] + op.rotation[2][2];
+    ++n[static_cast<std::size_t>(((trace + 3) * 2 + (idet(op.rotation) > 0)) * 2 +
+                                 op.time_reversal)];
+  }
+  return n;
+}
+
 }  // namespace
 
 Identifier::Identifier(std::vector<Isotropy_Operation> parent, bool polar)
@@ -441,8 +453,9 @@ Identification Identifier::identify(const Candidate_Structure& s,
   // A group conjugate to one named before, g = a g1 a^-1, is named in the setting of g1 moved
   // by a: P a^-1.  A proper a keeps the standard cell right-handed; an improper one is made
   // proper by an improper operation h of g1 (a h g1 (a h)^-1 = a g1 a^-1).
+  const std::array<int, 28> classes = classes_of(g);
   for (const Known& k : known_) {
-    if (k.cell != s.cell || k.group.size() != g.size()) continue;
+    if (k.cell != s.cell || k.classes != classes) continue;
     for (Magnetic_Operation a : conjugators_) {
       if (idet(a.rotation) < 0) {
         const auto h = std::find_if(k.group.begin(), k.group.end(),
@@ -484,7 +497,7 @@ Identification Identifier::identify(const Candidate_Structure& s,
     if (!name_group(r, gr, rotations_r, polar_, named)) continue;
     // x_s = P x_r + p with x_r = U^-1 x: P U^-1 in the cell's own coordinates.
     named.P = mul(named.P, u_inv);
-    known_.push_back({s.cell, g, named});
+    known_.push_back({s.cell, g, classes, named});
     return described(s, g, named, id);
   }
   id.error = std::string(polar_ ? "spglib found no space group: "

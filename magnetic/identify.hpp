@@ -79,6 +79,7 @@ class Identifier {
   struct Known {
     std::array<Vec3d, 3> cell;
     std::vector<Magnetic_Operation> group;  // in the coordinates of the cell
+    std::array<int, 28> classes;            // what conjugation keeps: see classes_of
     Named_Group named;
   };
   std::vector<Isotropy_Operation> parent_;
