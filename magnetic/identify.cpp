@@ -320,13 +320,12 @@ bool name_group(const Candidate_Structure& s, const Group& g, const std::vector<
     if (std::any_of(w.positions.begin(), w.positions.end(),
                     [&](const Vec3d& p) { return same_point(p, x); }))
       continue;
-    Witness orbit;
-    const Vec3d m = moment(w.types.empty() ? 0 : static_cast<std::size_t>(w.types.back()));
-    add_orbit(orbit, g, x, m);
+    Witness next = w;
+    add_orbit(next, g, x, moment(w.types.empty() ? 0 : static_cast<std::size_t>(w.types.back())));
     // An orbit without moments tells nothing of time reversal: only orbits with them serve.
-    if (!polar && norm(orbit.moments[0]) < 1e-6) continue;
-    if (w.positions.size() + orbit.positions.size() >= g.size()) break;
-    add_orbit(w, g, x, m);
+    if (!polar && norm(next.moments.back()) < 1e-6) continue;
+    if (next.positions.size() >= g.size()) break;
+    w = std::move(next);
     const Keeping kept = operations_keeping(w, rotations);
     if (kept.positions == spatial && (polar || kept.moments == order) &&
         search(w, lattice, polar, order, out))

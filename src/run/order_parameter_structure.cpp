@@ -248,8 +248,7 @@ CVector arrangement(const Frame& f, const std::vector<Basis_Copy>& copies, const
 }
 
 // Positions and moments of every atom of the sites in the cell.
-Candidate_Structure candidate(const Run_State& rs, const Frame& f,
-                              const std::vector<Basis_Copy>& copies, const CVector& eta) {
+Candidate_Structure candidate(const Run_State& rs, const Frame& f, const CVector& s) {
   Candidate_Structure cs;
   const Space_Group_Type& spg = rs.store.spg;
   const Metric g = metric(spg);
@@ -257,7 +256,6 @@ Candidate_Structure candidate(const Run_State& rs, const Frame& f,
   const std::array<Vec3d, 3> to_cell = inverse(cs.cell);
   const std::vector<Cell_Translation> translations = cell_translations(f, to_cell);
   const std::size_t per_cell = f.centring.size();
-  const CVector s = arrangement(f, copies, eta);
   double largest = 0.0;
   // Cell by cell, atom by atom, centring by centring.
   for (std::size_t c0 = 0; c0 < translations.size(); c0 += per_cell) {

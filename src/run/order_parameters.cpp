@@ -307,16 +307,10 @@ RMatrix product(const RMatrix& a, const RMatrix& b) {
   return c;
 }
 
-// The image group: the distinct matrices, and which one each operation has.
+// The image group: the distinct matrices, and how many operations have each.
 struct Image {
-  RMatrix none;
   std::vector<RMatrix> mats;
   std::vector<long> weight;  // operations (modulo the cell) with each matrix
-  // index[(op * period + phase class) * 2 + time reversal]: the matrix, -1 outside the image
-  std::vector<int> index;
-  int at(int op, int phase, int tr, int period) const {
-    return index[(static_cast<std::size_t>(op) * period + phase) * 2 + tr];
-  }
 };
 
 int phase_class(const Frame& f, const std::array<int, 3>& t) {
@@ -341,7 +335,6 @@ Image make_image(const Frame& f, const Carrier& w, const std::vector<Op_Action>&
         phase_mats[c]);
   }
   std::map<std::vector<long long>, int> seen;
-  im.index.assign(ops.size() * f.period * 2, -1);
   for (std::size_t o = 0; o < ops.size(); ++o) {
     RMatrix m;
     if (!ops[o].valid || !matrix_of(
@@ -365,7 +358,6 @@ Image make_image(const Frame& f, const Carrier& w, const std::vector<Op_Action>&
           im.weight.push_back(0);
         }
         im.weight[it->second] += cells_of_class[c];
-        im.index[(o * f.period + c) * 2 + tr] = it->second;
       }
     }
   }
@@ -612,7 +604,6 @@ Physical_Irrep analyse_irrep(const Run_State& rs, const Frame& f, const std::vec
     dir.notation = notation_of(v.basis, w.coords, pi.dimension);
     dir.dimension = static_cast<int>(v.basis.size());
     dir.free_parameters = dir.dimension * pi.copies;
-
     dir.eta.assign(static_cast<std::size_t>(pi.dimension), 0.0);
     for (std::size_t p = 0; p < v.basis.size(); ++p) {
       for (int c = 0; c < r; ++c) {
@@ -620,8 +611,9 @@ Physical_Irrep analyse_irrep(const Run_State& rs, const Frame& f, const std::vec
         dir.eta[w.coords[c].first] += w.coords[c].second ? Cplx(0.0, x) : Cplx(x, 0.0);
       }
     }
-    dir.structure = candidate(rs, f, pi.basis_copies, dir.eta);
-    dir.isotropy = isotropy_of(rs, f, ops, arrangement(f, pi.basis_copies, dir.eta));
+    const CVector s = arrangement(f, pi.basis_copies, dir.eta);
+    dir.structure = candidate(rs, f, s);
+    dir.isotropy = isotropy_of(rs, f, ops, s);
     pi.directions.push_back(std::move(dir));
   }
   return pi;

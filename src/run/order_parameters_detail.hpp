@@ -84,10 +84,8 @@ void for_cells(const Frame& f, Visit visit) {
 // a generic real scale of its own, 3 per atom of the run.
 CVector arrangement(const Frame& f, const std::vector<Basis_Copy>& copies, const CVector& eta);
 
-// The candidate structure of the arrangement whose Fourier coefficients are
-// Sum_a eta_a psi_a on every copy, each copy with a generic scale of its own, and a metric that
+// The candidate structure of the arrangement with Fourier coefficients s, with a metric that
 // the parent's point group keeps.
-Candidate_Structure candidate(const Run_State& rs, const Frame& f,
-                              const std::vector<Basis_Copy>& copies, const CVector& eta);
+Candidate_Structure candidate(const Run_State& rs, const Frame& f, const CVector& s);
 
 }  // namespace velmoria::op_detail
