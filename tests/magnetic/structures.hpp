@@ -193,23 +193,6 @@ inline Builder stripes() {
   return b;
 }
 
-// Hematite in hexagonal axes (R-3c), Fe at 12c (0,0,z) with moments along c in the order
-// + - - + of (0,0,z), (0,0,-z+1/2), (0,0,-z), (0,0,z+1/2), the same in the centred cells.
-inline Builder hematite() {
-  Builder b;
-  const double a = 5.035, c = 13.75;
-  b.s.lattice = {Vec3d{a, 0, 0}, Vec3d{-a / 2, a * std::sqrt(3.0) / 2, 0}, Vec3d{0, 0, c}};
-  const double z = 0.1053;
-  const Vec3d centring[3] = {{0, 0, 0}, {2.0 / 3, 1.0 / 3, 1.0 / 3}, {1.0 / 3, 2.0 / 3, 2.0 / 3}};
-  const double heights[4] = {z, 0.5 - z, -z, 0.5 + z};
-  const double signs[4] = {1, -1, -1, 1};
-  for (const auto& t : centring)
-    for (int i = 0; i < 4; ++i)
-      b.atom({t[0], t[1], t[2] + heights[i]}, {0, 0, signs[i]}, 1, "Fe_" + std::to_string(i + 1));
-  b.symmetry(closure({"-y,x-y,z", "y,x,-z+1/2", "-x,-y,-z", "x+2/3,y+1/3,z+1/3"}));
-  return b;
-}
-
 // Cubic perovskite SrTiO3 (P m -3 m) with a polar mode at the zone centre: Ti up, the oxygens
 // down along c (the apical one more than the two others).  P4mm by hand.
 inline Builder polar_perovskite() {

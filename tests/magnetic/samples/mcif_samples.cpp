@@ -16,7 +16,6 @@ int main(int argc, char** argv) {
     return 2;
   }
   const Parent_Info rutile{"P 42/m n m", 136, Vec3d{0, 0, 0}, "MnF2"};
-  const Parent_Info corundum{"R -3 c", 167, Vec3d{0, 0, 0}, "hematite below the Morin transition"};
   const Parent_Info tetragonal_p{"P 4/m m m", 123, Vec3d{0.5, 0, 0}, "stripes along a"};
   const Parent_Info cubic{"P m -3 m", 221, Vec3d{0, 0, 0}, "polar SrTiO3"};
   const struct {
@@ -25,9 +24,7 @@ int main(int argc, char** argv) {
     Parent_Info parent;
     bool polar;
   } samples[] = {{"mnf2_afm", mnf2(1, -1), rutile, false},
-                 {"mnf2_fm", mnf2(1, 1), rutile, false},
                  {"stripes", stripes(), tetragonal_p, false},
-                 {"hematite", hematite(), corundum, false},
                  {"polar_perovskite", polar_perovskite(), cubic, true}};
   for (const auto& s : samples) {
     const Identification id = identify(s.structure.s, s.structure.group, s.polar);
