@@ -3,6 +3,7 @@
 // group that keep them.
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 #include <string>
 #include <vector>
@@ -58,36 +59,26 @@ inline Vec3d image(const Op& op, const Vec3d& x) {
   return y;
 }
 
-inline Op product(const Op& a, const Op& b) {
-  Op c{{}, image(a, b.t)};
-  for (int i = 0; i < 3; ++i) {
-    c.t[i] = frac(c.t[i]);
-    for (int j = 0; j < 3; ++j)
-      for (int k = 0; k < 3; ++k) c.r[i][j] += a.r[i][k] * b.r[k][j];
-  }
-  return c;
-}
-
-inline bool same_op(const Op& a, const Op& b) {
-  if (a.r != b.r) return false;
-  for (int i = 0; i < 3; ++i)
-    if (std::abs(frac(a.t[i] - b.t[i] + 1e-7) - 1e-7) > 1e-6) return false;
-  return true;
-}
-
-// The group that the generators make, modulo the lattice.
+// The group that the generators make, modulo the lattice: products with the generators until
+// nothing new appears.
 inline std::vector<Op> closure(const std::vector<std::string>& generators) {
   std::vector<Op> g{parse("x,y,z")};
-  for (bool grew = true; grew;) {
-    grew = false;
-    for (const auto& text : generators)
-      for (std::size_t i = 0; i < g.size(); ++i) {
-        const Op p = product(parse(text), g[i]);
-        bool known = false;
-        for (const auto& q : g) known = known || same_op(p, q);
-        if (!known) g.push_back(p), grew = true;
+  for (std::size_t n = 0; n < g.size(); ++n)
+    for (const auto& text : generators) {
+      const Op a = parse(text);
+      Op p{{}, image(a, g[n].t)};
+      for (int i = 0; i < 3; ++i) {
+        p.t[i] = frac(p.t[i]);
+        for (int j = 0; j < 3; ++j)
+          for (int k = 0; k < 3; ++k) p.r[i][j] += a.r[i][k] * g[n].r[k][j];
       }
-  }
+      const auto same = [&](const Op& q) {
+        return q.r == p.r &&
+               std::abs(q.t[0] - p.t[0]) + std::abs(q.t[1] - p.t[1]) + std::abs(q.t[2] - p.t[2]) <
+                   1e-6;
+      };
+      if (std::none_of(g.begin(), g.end(), same)) g.push_back(p);
+    }
   return g;
 }
 
