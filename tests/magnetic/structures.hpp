@@ -159,16 +159,17 @@ inline const std::vector<std::string> p42mnm{"-x,-y,z", "-y+1/2,x+1/2,z+1/2", "-
 inline const std::vector<std::string> p4mmm{"-x,-y,z", "-y,x,z", "-x,y,-z", "-x,-y,-z"};
 inline const std::vector<std::string> pm3m{"-y,x,z", "z,x,y", "y,x,-z", "-x,-y,-z"};
 
-inline Candidate_Structure tetragonal(double a, double c, std::array<int, 3> supercell) {
-  Candidate_Structure s;
-  s.cell = diagonal(supercell);
-  s.lattice = {Vec3d{a, 0, 0}, Vec3d{0, a, 0}, Vec3d{0, 0, c}};
-  return s;
+// An orthogonal parent cell of edges abc, and a structure in its supercell diag(q).
+inline Builder box(Vec3d abc, std::array<int, 3> q) {
+  Builder b;
+  b.s.cell = diagonal(q);
+  b.s.lattice = {Vec3d{abc[0], 0, 0}, Vec3d{0, abc[1], 0}, Vec3d{0, 0, abc[2]}};
+  return b;
 }
 
 // MnF2: Mn at 2a with moments mz1 and mz2 along c.
 inline Builder mnf2(double mz1, double mz2) {
-  Builder b{tetragonal(4.87, 3.31, {1, 1, 1}), {}};
+  Builder b = box({4.87, 4.87, 3.31}, {1, 1, 1});
   b.atom({0, 0, 0}, {0, 0, mz1}, 1, "Mn_1");
   b.atom({0.5, 0.5, 0.5}, {0, 0, mz2}, 1, "Mn_2");
   b.symmetry(closure(p42mnm));
@@ -177,7 +178,7 @@ inline Builder mnf2(double mz1, double mz2) {
 
 // P4/mmm, one atom at the origin, moments along c alternating along a: k = (1/2,0,0).
 inline Builder stripes() {
-  Builder b{tetragonal(4.0, 6.0, {2, 1, 1}), {}};
+  Builder b = box({4, 4, 6}, {2, 1, 1});
   b.atom({0, 0, 0}, {0, 0, 1}, 1, "Fe_1");
   b.atom({1, 0, 0}, {0, 0, -1}, 1, "Fe_1");
   b.symmetry(closure(p4mmm));
@@ -187,8 +188,7 @@ inline Builder stripes() {
 // Cubic perovskite SrTiO3 (P m -3 m) with a polar mode at the zone centre: Ti up, the oxygens
 // down along c (the apical one more than the two others).  P4mm by hand.
 inline Builder polar_perovskite() {
-  Builder b;
-  b.s.lattice = {Vec3d{4, 0, 0}, Vec3d{0, 4, 0}, Vec3d{0, 0, 4}};
+  Builder b = box({4, 4, 4}, {1, 1, 1});
   b.atom({0, 0, 0}, {0, 0, 0}, 1, "Sr_1");
   b.atom({0.5, 0.5, 0.5}, {0, 0, 1}, 2, "Ti_1");
   b.atom({0.5, 0.5, 0}, {0, 0, -0.5}, 3, "O_1");

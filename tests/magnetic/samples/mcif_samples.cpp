@@ -16,16 +16,15 @@ int main(int argc, char** argv) {
     return 2;
   }
   const Parent_Info rutile{"P 42/m n m", 136, Vec3d{0, 0, 0}, "MnF2"};
-  const Parent_Info tetragonal_p{"P 4/m m m", 123, Vec3d{0.5, 0, 0}, "stripes along a"};
-  const Parent_Info cubic{"P m -3 m", 221, Vec3d{0, 0, 0}, "polar SrTiO3"};
   const struct {
     const char* name;
     Builder structure;
     Parent_Info parent;
     bool polar;
-  } samples[] = {{"mnf2_afm", mnf2(1, -1), rutile, false},
-                 {"stripes", stripes(), tetragonal_p, false},
-                 {"polar_perovskite", polar_perovskite(), cubic, true}};
+  } samples[] = {
+      {"mnf2_afm", mnf2(1, -1), rutile, false},
+      {"stripes", stripes(), {"P 4/m m m", 123, Vec3d{0.5, 0, 0}, "stripes along a"}, false},
+      {"polar_perovskite", polar_perovskite(), {"P m -3 m", 221, Vec3d{}, "polar SrTiO3"}, true}};
   for (const auto& s : samples) {
     const Identification id = identify(s.structure.s, s.structure.group, s.polar);
     if (!id.error.empty()) {
