@@ -154,21 +154,21 @@ int group_of_structure(const Candidate_Structure& s, const std::vector<Isotropy_
   const auto len = [&](int i) {
     return std::hypot(s.lattice[i][0], s.lattice[i][1], s.lattice[i][2]);
   };
-  std::vector<double> xyz, vectors;  // moments along the unit vectors of a, b, c
+  // The moments along the unit vectors of a, b, c; displacements move the atoms along them.
+  std::vector<double> xyz, vectors;
   for (std::size_t a = 0; a < m.positions.size(); ++a)
     for (int r = 0; r < 3; ++r) {
-      xyz.push_back(m.positions[a][r]);
-      double v = 0;
-      for (int i = 0; i < 3; ++i) v += m.moments[a][i] * s.lattice[i][r] / len(i);
+      double v = 0, shift = 0;
+      for (int i = 0; i < 3; ++i) {
+        v += m.moments[a][i] * s.lattice[i][r] / len(i);
+        shift += to_cell[r][i] * 0.01 * m.moments[a][i] / len(i);
+      }
+      xyz.push_back(m.positions[a][r] + (polar ? shift : 0));
       vectors.push_back(v);
     }
   const int n = static_cast<int>(m.positions.size());
   auto* positions = reinterpret_cast<double(*)[3]>(xyz.data());
-  if (polar) {  // the structure displaced along its displacements (parent unit vectors)
-    for (int a = 0; a < n; ++a)
-      for (int r = 0; r < 3; ++r)
-        for (int i = 0; i < 3; ++i)
-          xyz[3 * a + r] += to_cell[r][i] * 0.01 * m.moments[a][i] / len(i);
+  if (polar) {
     SpglibDataset* d = spg_get_dataset(lattice, positions, m.types.data(), n, 1e-4);
     const int number = d ? d->spacegroup_number : 0;
     if (d) spg_free_dataset(d);
