@@ -26,15 +26,14 @@ TEST(MagneticReport, SectionFilesAndDocument) {
   EXPECT_TRUE(bad.mcif_name.empty() && bad.mcif.empty());  // not identified: no file
 
   const std::string s = magnetic_section(r);
-  EXPECT_NE(s.find("MAGNETIC SPACE GROUPS OF THE ORDER-PARAMETER DIRECTIONS"), std::string::npos);
-  EXPECT_NE(s.find(" => IRrep(3): dimension 1, Frobenius-Schur indicator 1: real representation "
-                   "of dimension 1 (d)"),
-            std::string::npos);
-  EXPECT_NE(s.find("Direction (a): BNS 136.499 P4_2'/mnm'   OG 136.5.1156   type III"),
-            std::string::npos);
-  EXPECT_NE(s.find("Cell: (a,b,c;0,0,0)   Free parameters: 1   File: mnf2_ir3_1.mcif"),
-            std::string::npos);
-  EXPECT_NE(s.find("Direction (b): the group was not found"), std::string::npos);
+  for (const char* line :
+       {"MAGNETIC SPACE GROUPS OF THE ORDER-PARAMETER DIRECTIONS",
+        " => IRrep(3): dimension 1, Frobenius-Schur indicator 1: real representation of "
+        "dimension 1 (d)",
+        "Direction (a): BNS 136.499 P4_2'/mnm'   OG 136.5.1156   type III",
+        "Cell: (a,b,c;0,0,0)   Free parameters: 1   File: mnf2_ir3_1.mcif",
+        "Direction (b): the group was not found"})
+    EXPECT_NE(s.find(line), std::string::npos) << line;
 
   const nlohmann::json j = magnetic_json(r);
   EXPECT_TRUE(j["computed"]);
