@@ -128,6 +128,11 @@ TEST(LorskSweep, DimensionsWorkedByHand) {
       {"194", {0, 0, 0.5f}, 24, {2, 2, 4}},
       {"213", {0.5f, 0.5f, 0.5f}, 24, {2, 2, 4}},
       {"230", {1, 1, 1}, 48, {2, 2, 2, 6}},
+      // R -3 on hexagonal axes: k is equivalent to -k when -h + k + l is a multiple of 3, so
+      // the inversion leaves the little group at (0,0,1/2) and stays at (0,0,3/2).
+      {"148", {0, 0, 0.5f}, 3, {1, 1, 1}},
+      {"148", {0, 0, 1.5f}, 6, {1, 1, 1, 1, 1, 1}},
+      {"148", {0, 0, 0}, 6, {1, 1, 1, 1, 1, 1}},
   };
   for (const auto& c : cases) {
     const Lorsk_Run r = run_lorsk(c.group, c.k);

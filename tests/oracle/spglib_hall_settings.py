@@ -25,9 +25,11 @@ def parse_component(text):
     row = [0, 0, 0]
     shift = Fraction(0)
     pos = 0
+    if not text:
+        raise ValueError("empty component")
     while pos < len(text):
         m = TERM.match(text, pos)
-        if not m or m.end() == pos:
+        if not m or m.end() == pos or (m.group(2) is None and m.group(3) is None):
             raise ValueError(f"cannot read {text!r}")
         sign = -1 if m.group(1) == "-" else 1
         number = Fraction(m.group(2)) if m.group(2) else None

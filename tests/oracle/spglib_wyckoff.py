@@ -21,11 +21,12 @@ Usage: spglib_wyckoff.py [VELMORIA_BINARY]   (the binary is not needed and is ig
 import math
 import re
 import sys
-from fractions import Fraction
 from pathlib import Path
 
 import numpy as np
 import spglib
+
+from spglib_hall_settings import parse_operator  # the operator texts, read exactly
 
 ROOT = Path(__file__).resolve().parent.parent.parent
 WYCKOFF_CPP = ROOT / "src" / "symmetry" / "tables_wyckoff.cpp"
@@ -35,7 +36,6 @@ SETTINGS_CPP = ROOT / "src" / "symmetry" / "tables_settings.cpp"
 # of the second and third kinds of atom.
 FREE = {"x": 0.1123, "y": 0.2237, "z": 0.3391}
 GENERAL = [(0.0712, 0.4139, 0.1867), (0.3561, 0.1283, 0.0934)]
-TERM = re.compile(r"([+-]?)(\d+(?:/\d+)?)?([xyz])?")
 # spglib's letters, the general position of Pmmm (the 27th) being 'A'.
 LETTERS = "abcdefghijklmnopqrstuvwxyzA"
 
@@ -114,28 +114,11 @@ def hall_numbers():
 
 
 def evaluate(orbit):
-    """Coordinates of a representative such as 1/4,y,-y+1/2 at the general free values."""
-    comps = orbit.split(",")
-    if len(comps) != 3:
-        raise ValueError(f"not a triple: {orbit!r}")
-    point = []
-    for comp in comps:
-        value, pos = 0.0, 0
-        if not comp:
-            raise ValueError(f"empty component in {orbit!r}")
-        while pos < len(comp):
-            m = TERM.match(comp, pos)
-            if not m or m.end() == pos or (m.group(2) is None and m.group(3) is None):
-                raise ValueError(f"cannot read {comp!r} in {orbit!r}")
-            sign = -1.0 if m.group(1) == "-" else 1.0
-            number = float(Fraction(m.group(2))) if m.group(2) else None
-            if m.group(3):
-                value += sign * (number if number is not None else 1.0) * FREE[m.group(3)]
-            else:
-                value += sign * number
-            pos = m.end()
-        point.append(value)
-    return np.array(point)
+    """Coordinates of a representative such as 1/4,y,-y+1/2 at the general free values (the
+    constant terms modulo 1)."""
+    rows, shifts = parse_operator(orbit)
+    free = [FREE[v] for v in "xyz"]
+    return np.array([np.dot(row, free) + float(shift) for row, shift in zip(rows, shifts)])
 
 
 def expand(point, rotations, translations):

@@ -1,7 +1,8 @@
 // Order parameters of the representations of a run: the copies of the basis functions by row,
 // the reality of the representations, the isotropy subgroups of the image on the real carrier
 // and the candidate structure of each direction.  The symmetry of every candidate is checked
-// here by moving its atoms and moments directly (no use of the library's own action).
+// here by moving its atoms and moments directly (no use of the library's own action).  Then
+// every known control file, analysed, and run again after others and in threads.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -12,6 +13,7 @@
 #include <set>
 #include <sstream>
 #include <string>
+#include <thread>
 #include <tuple>
 #include <vector>
 
@@ -19,6 +21,8 @@
 #include "run/order_parameters.hpp"
 #include "run/run_driver.hpp"
 #include "run/run_state.hpp"
+#include "support/numeric.hpp"
+#include "symmetry/records.hpp"
 #include "test_support.hpp"
 
 namespace velmoria {
@@ -467,32 +471,93 @@ TEST(OrderParameters, UnsupportedInputGivesASentence) {
   EXPECT_FLOAT_EQ(analyse(cases[1].first).out.state->sv.vk[0], 0.0625f);
 }
 
-// Every control file of the examples, of the end-to-end cases and of the fuzzers' run corpus:
-// either a sentence says why nothing was computed, or every representation follows the rule of
-// the real dimension.
-TEST(OrderParameters, EveryKnownControlFileIsHandled) {
+struct Control_File {
+  std::string name, text;
+};
+
+// The control files of the examples and of the end-to-end cases, and with fuzz those of the
+// fuzzers' run corpus too.
+std::vector<Control_File> control_files(bool fuzz) {
   namespace fs = std::filesystem;
   const fs::path root(VELMORIA_SOURCE_DIR);
-  int files = 0, computed = 0;
-  for (const fs::path& dir : {root / "examples", root / "tests" / "e2e" / "cases",
-                              root / "tests" / "fuzz_corpus" / "run"}) {
+  std::vector<fs::path> dirs{root / "examples", root / "tests" / "e2e" / "cases"};
+  if (fuzz) dirs.push_back(root / "tests" / "fuzz_corpus" / "run");
+  std::vector<Control_File> files;
+  for (const fs::path& dir : dirs) {
     for (const auto& entry : fs::directory_iterator(dir)) {
       if (dir.filename() != "run" && entry.path().extension() != ".vrn") continue;
-      ++files;
       std::ifstream in(entry.path(), std::ios::binary);
       std::ostringstream text;
       text << in.rdbuf();
-      const Case c = analyse(text.str());
-      if (c.mc.unsupported.empty()) {
-        ++computed;
-        expect_real_dimension_rule(c, entry.path().string());
-      } else {
-        EXPECT_TRUE(c.mc.irreps.empty()) << entry.path();
-      }
+      files.push_back({entry.path().stem().string(), text.str()});
     }
   }
-  EXPECT_GT(files, 20);
+  return files;
+}
+
+// Every known control file: either a sentence says why nothing was computed, or every
+// representation follows the rule of the real dimension.
+TEST(OrderParameters, EveryKnownControlFileIsHandled) {
+  const std::vector<Control_File> files = control_files(true);
+  int computed = 0;
+  for (const Control_File& f : files) {
+    const Case c = analyse(f.text);
+    if (c.mc.unsupported.empty()) {
+      ++computed;
+      expect_real_dimension_rule(c, f.name);
+    } else {
+      EXPECT_TRUE(c.mc.irreps.empty()) << f.name;
+    }
+  }
+  EXPECT_GT(files.size(), 20U);
   EXPECT_GT(computed, 5);
+}
+
+std::string outputs(const Control_File& c) {
+  const Run_Output out = run_velmoria({c.name, c.text, ""});
+  return out.console + '\f' + out.result + '\f' + out.block;
+}
+
+// All runs one after another in one thread, first to last or last to first.
+std::vector<std::string> in_sequence(const std::vector<Control_File>& files, bool backwards) {
+  std::vector<std::string> out(files.size());
+  for (std::size_t n = 0; n < files.size(); ++n) {
+    const std::size_t i = backwards ? files.size() - 1 - n : n;
+    out[i] = outputs(files[i]);
+  }
+  return out;
+}
+
+// A run leaves nothing behind: the same control files give byte-identical outputs run alone
+// (each in a thread of its own, which starts with the library's initial state), one after
+// another in either order, and in two threads at once.
+TEST(RunIsolation, OutputsDoNotDependOnWhatRanBefore) {
+  const std::vector<Control_File> files = control_files(false);
+  ASSERT_GE(files.size(), 8u);
+  std::vector<std::string> reference(files.size());
+  for (std::size_t i = 0; i < files.size(); ++i) {
+    std::thread([&, i] { reference[i] = outputs(files[i]); }).join();
+  }
+  // A thread whose library state a caller has disturbed: another tolerance, error flags set,
+  // hexagonal axes and a centred lattice left over.
+  set_epsg_sp(0.1f);
+  set_err_symm("left over");
+  err_mathgen = true;
+  hexa = true;
+  nlat = 2;
+  lat_ch = 'I';
+  EXPECT_EQ(in_sequence(files, false), reference);
+  EXPECT_EQ(epss_val(), 0.1f);  // the caller's tolerance is given back
+  set_epsg_default();
+  EXPECT_EQ(in_sequence(files, true), reference);
+
+  std::vector<std::string> first, second;
+  std::thread a([&] { first = in_sequence(files, false); });
+  std::thread b([&] { second = in_sequence(files, true); });
+  a.join();
+  b.join();
+  EXPECT_EQ(first, reference);
+  EXPECT_EQ(second, reference);
 }
 
 }  // namespace
